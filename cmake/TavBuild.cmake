@@ -1,0 +1,35 @@
+# SPDX-License-Identifier: Apache-2.0
+# What every target of the project is compiled and linked with.
+set(CMAKE_CXX_STANDARD 17)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_C_STANDARD 11)
+set(CMAKE_C_STANDARD_REQUIRED ON)
+set(CMAKE_C_EXTENSIONS OFF)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_C_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+add_compile_definitions(_GNU_SOURCE)
+add_compile_options(-Wall -Wextra -Wpedantic -Wformat=2 -Wshadow
+                    "-ffile-prefix-map=${PROJECT_SOURCE_DIR}/=")
+if(TAV_WERROR)
+  add_compile_options(-Werror)
+endif()
+if(CMAKE_CXX_COMPILER_ID MATCHES "Clang")
+  add_compile_options(-Wthread-safety)
+endif()
+if(TAV_SANITIZE)
+  add_compile_options(-fsanitize=${TAV_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=${TAV_SANITIZE})
+endif()
+if(UNIX AND NOT APPLE)
+  add_link_options(-Wl,-z,relro,-z,now -Wl,--as-needed)
+endif()
+
+# Installed programs and libraries find their neighbours from any prefix.
+file(RELATIVE_PATH tav_bin_to_lib "/${CMAKE_INSTALL_BINDIR}" "/${CMAKE_INSTALL_LIBDIR}")
+set(TAV_LIBRARY_RPATH "$ORIGIN")
+set(TAV_PROGRAM_RPATH "$ORIGIN/${tav_bin_to_lib}")
