@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "tav_db_api/tav_db_client_checks.h"
+
+#include <sys/stat.h>
+#include <vconf.h>
+
+#include "tav_common/tav_log.h"
+
+namespace {
+
+constexpr char kFactoryResetKey[] = "db/tav/factory_reset";
+constexpr char kRecoveryMarker[] = "/opt/dbspace/pkgreinstall";
+
+}  // namespace
+
+int CkeckIsFactoryReset() {
+  int type = 0;
+  if (vconf_get_int(kFactoryResetKey, &type) != 0) {
+    TAV_LOGE("Failed to get vconf value key=(%s)", kFactoryResetKey);
+    return 0;  // whatever a failed read has left in type
+  }
+  if (type != 1 && type != 2) return 0;
+  TAV_LOGW("factory reset[%d]", type);
+  return 1;
+}
+
+bool CheckPkgmgrRecovering() {
+  struct stat status;
+  if (stat(kRecoveryMarker, &status) != 0) return false;
+  TAV_LOGW("/opt/dbspace/pkgreinstall exists");
+  return true;
+}
+
+bool PlatformRefuses() {
+  if (CkeckIsFactoryReset() == 1) {
+    TAV_LOGW("FactoryReset is true");
+    return true;
+  }
+  if (CheckPkgmgrRecovering()) {
+    TAV_LOGE("Pkgmgr is recovering");
+    return true;
+  }
+  return false;
+}
