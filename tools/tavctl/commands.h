@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: Apache-2.0
+//
+// What main and the subcommands agree on: the exit statuses, and one function for each
+// subcommand that adds it to the command line.
+#ifndef TOOLS_TAVCTL_COMMANDS_H_
+#define TOOLS_TAVCTL_COMMANDS_H_
+
+#include <stdexcept>
+#include <string>
+
+namespace CLI {
+class App;
+}
+
+enum ExitStatus {
+  kSuccess = 0,
+  kRefused = 1,  // refused, not found, or the output could not be written
+  kUsage = 2,
+  kBusy = 3,
+};
+
+// Ends a subcommand: main prints the text and exits with the status.
+class CommandError : public std::runtime_error {
+ public:
+  CommandError(ExitStatus status, const std::string& text)
+      : std::runtime_error(text), m_status(status) {}
+  ExitStatus Status() const { return m_status; }
+
+ private:
+  ExitStatus m_status;
+};
+
+// Throws what a failed call of the library means: -2 is busy, every other failure has its cause
+// in the platform log alone. Does nothing for 0.
+void CheckResult(int result, const std::string& refusal);
+
+// Each runs its work from CLI11's callback and throws CommandError.
+void AddInfoCommand(CLI::App& app);
+
+#endif  // TOOLS_TAVCTL_COMMANDS_H_

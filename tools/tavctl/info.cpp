@@ -1,0 +1,133 @@
+// SPDX-License-Identifier: Apache-2.0
+//
+// tavctl info: one app's record, for people or as JSON.
+#include <json/value.h>
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <cstring>
+#include <iomanip>
+#include <iostream>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "commands.h"
+#include "output.h"
+#include "record_fields.h"
+#include "tav_db_api.h"
+
+namespace {
+
+struct Lookup {
+  const char* kind;  // the word after --by
+  int (*find)(const char* id, tav_app_info_s* info);
+};
+
+constexpr Lookup kLookups[] = {
+    {"id", tav_get_app_info},
+    {"tizen-id", tav_get_app_info_by_tizenid},
+    {"run-title", tav_get_app_info_by_runtitle},
+};
+
+// What people ask for first; the other fields follow in the record's order.
+constexpr const char* kFirstFields[] = {"app_title",    "app_id", "app_version",
+                                        "app_runtitle", "type",   "is_lock"};
+
+constexpr char kFooter[] = R"(Fields are shown by their names in tav_app_info_s, the most asked-for
+first. Empty texts are left out; --json shows every field. Control characters
+in texts are written out, for example \n or \x1b.
+
+Examples:
+  tavctl info org.example.clock
+  tavctl info --by run-title HarbourNews
+  tavctl info --json org.example.clock)";
+
+struct Options {
+  std::string id;
+  std::string kind = kLookups[0].kind;
+  bool json = false;
+};
+
+tav_app_info_s Find(const Options& options) {
+  const auto* lookup = std::find_if(std::begin(kLookups), std::end(kLookups),
+                                    [&](const Lookup& l) { return options.kind == l.kind; });
+  tav_app_info_s info = {};
+  CheckResult(lookup->find(options.id.c_str(), &info),
+              "no app with the " + options.kind + " \"" + Printable(options.id) + "\" was found");
+  return info;
+}
+
+Json::Value ToJson(const tav_app_info_s& info) {
+  Json::Value object(Json::objectValue);
+  for (const RecordField& field : kRecordFields) {
+    if (field.kind == FieldKind::kText) {
+      object[field.name] = ValidUtf8(TextOf(info, field));
+    } else {
+      object[field.name] = IntegerOf(info, field);
+    }
+  }
+  return object;
+}
+
+bool IsFirst(const RecordField& field) {
+  return std::any_of(std::begin(kFirstFields), std::end(kFirstFields),
+                     [&](const char* name) { return std::strcmp(name, field.name) == 0; });
+}
+
+std::vector<const RecordField*> ReadingOrder() {
+  std::vector<const RecordField*> order;
+  for (const char* name : kFirstFields) {
+    for (const RecordField& field : kRecordFields) {
+      if (std::strcmp(name, field.name) == 0) order.push_back(&field);
+    }
+  }
+  for (const RecordField& field : kRecordFields) {
+    if (!IsFirst(field)) order.push_back(&field);
+  }
+  return order;
+}
+
+void PrintReadable(const tav_app_info_s& info) {
+  std::size_t width = 0;
+  for (const RecordField& field : kRecordFields) {
+    width = std::max(width, std::strlen(field.name));
+  }
+  for (const RecordField* field : ReadingOrder()) {
+    const std::string value = field->kind == FieldKind::kText
+                                  ? Printable(TextOf(info, *field))
+                                  : std::to_string(IntegerOf(info, *field));
+    if (value.empty()) continue;
+    std::cout << std::left << std::setw(static_cast<int>(width)) << field->name << "  " << value
+              << "\n";
+  }
+}
+
+void RunInfo(const Options& options) {
+  const tav_app_info_s info = Find(options);
+  if (options.json) {
+    PrintJson(ToJson(info));
+  } else {
+    PrintReadable(info);
+  }
+}
+
+std::vector<std::string> LookupKinds() {
+  std::vector<std::string> kinds;
+  for (const Lookup& lookup : kLookups) kinds.push_back(lookup.kind);
+  return kinds;
+}
+
+}  // namespace
+
+void AddInfoCommand(CLI::App& app) {
+  CLI::App* command = app.add_subcommand("info", "Show one app's record");
+  const auto options = std::make_shared<Options>();
+  command->add_option("ID", options->id, "The app's id; its Tizen id is found as well")->required();
+  command->add_option("--by", options->kind, "What ID is: id (the default), tizen-id or run-title")
+      ->option_text("KIND")
+      ->check(CLI::IsMember(LookupKinds()));
+  command->add_flag("--json", options->json, "Print one JSON object with all fields");
+  command->footer(kFooter);
+  command->callback([options] { RunInfo(*options); });
+}

@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: Apache-2.0
+//
+// tavctl: what the library knows, on the command line. Reads the arguments and maps failures to
+// exit statuses; each subcommand has a file of its own.
+#include <CLI/CLI.hpp>
+#include <csignal>
+#include <exception>
+#include <iostream>
+#include <string>
+
+#include "commands.h"
+#include "tav_db_api.h"
+
+namespace {
+
+constexpr char kFooter[] = R"(Examples:
+  tavctl info org.example.clock
+  tavctl info --by run-title HarbourNews --json
+
+Exit status: 0 done; 1 refused, not found, or the output could not be written;
+2 wrong usage; 3 the database stayed busy. The causes stand in the platform log.)";
+
+// A library of another layout would write past the records of this program.
+void CheckRecordLayout() {
+  const unsigned int theirs = get_size_of_tav_app_info_s();
+  if (theirs != sizeof(tav_app_info_s)) {
+    throw CommandError(kRefused, "the library's app record has " + std::to_string(theirs) +
+                                     " bytes, this program's has " +
+                                     std::to_string(sizeof(tav_app_info_s)));
+  }
+}
+
+int Run(int argc, char** argv) {
+  CLI::App app("Shows and changes what the TV's web-app service keeps.");
+  app.footer(kFooter);
+  app.set_version_flag("--version", "tavctl " TAV_VERSION);
+  app.require_subcommand(1);
+  app.parse_complete_callback(CheckRecordLayout);
+  AddInfoCommand(app);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    return app.exit(error) == 0 ? kSuccess : kUsage;
+  }
+  return kSuccess;
+}
+
+}  // namespace
+
+void CheckResult(int result, const std::string& refusal) {
+  if (result == 0) return;
+  if (result == -2) throw CommandError(kBusy, "the database stayed busy");
+  throw CommandError(kRefused, refusal + ", or the call was refused; the platform log says why");
+}
+
+int main(int argc, char** argv) {
+  std::signal(SIGPIPE, SIG_IGN);  // a reader that left is a write error like any other
+  int status = kRefused;
+  try {
+    status = Run(argc, argv);
+  } catch (const CommandError& error) {
+    std::cerr << "tavctl: " << error.what() << "\n";
+    status = error.Status();
+  } catch (const std::exception& error) {
+    std::cerr << "tavctl: " << error.what() << "\n";
+  }
+  if (!std::cout.flush()) {
+    std::cerr << "tavctl: the output cannot be written\n";
+    return kRefused;
+  }
+  return status;
+}
