@@ -32,10 +32,21 @@
 
 #include <stdint.h>
 
+#ifdef __cplusplus
+#include <string>
+#endif
+
 #if defined(__GNUC__)
 #define TAV_API __attribute__((visibility("default")))
 #else
 #define TAV_API
+#endif
+
+/* Makes an enumeration a plain int in C++ as well, so that it may hold any value. */
+#ifdef __cplusplus
+#define TAV_ENUM_INT : int
+#else
+#define TAV_ENUM_INT
 #endif
 
 #ifdef __cplusplus
@@ -112,6 +123,35 @@ typedef struct tav_app_info_s {
 } tav_app_info_s;
 
 /*
+ * Which apps a list holds. 65535 in featured or app_type lets every app through.
+ */
+typedef struct tav_app_filter_s {
+  int32_t featured;     /* bit set over 1, 2, 4 and 8; 3 stands for 11; others are refused */
+  int32_t premium_game; /* accepted, and selects nothing */
+  int32_t app_type;     /* bit set over 2 and 4; a set without either is refused */
+} tav_app_filter_s;
+
+/* The order of a list. Any other value is the catalogue's order. */
+typedef enum tav_app_viewmode_e TAV_ENUM_INT {
+  TAV_APP_VIEWMODE_MOST_USED = 0,
+  TAV_APP_VIEWMODE_CATALOGUE = 1,
+  /*
+   * Full records: the catalogue's order, with the downloaded apps at its end moved to the
+   * front, the last one first. Multi-screen records: by install date, the latest first.
+   */
+  TAV_APP_VIEWMODE_LAST_DOWNLOADED = 2,
+  TAV_APP_VIEWMODE_TITLE = 3,
+  TAV_APP_VIEWMODE_TITLE_DESCENDING = 4,
+  TAV_APP_VIEWMODE_RECENTLY_LAUNCHED = 5
+} tav_app_viewmode_e;
+
+/* One app of a multi-screen list. */
+typedef struct tav_app_ms_s {
+  char app_id[TAV_TEXT_SIZE];
+  int32_t is_multi_screen2;
+} tav_app_ms_s;
+
+/*
  * The size of tav_app_info_s in bytes that the library was built with: 3212. A caller compares
  * it with sizeof(tav_app_info_s) to see that both agree on the layout. Cannot fail; no lock.
  */
@@ -135,6 +175,132 @@ TAV_API int tav_get_app_info(const char* app_id, tav_app_info_s* info);
  */
 TAV_API int tav_get_app_info_by_tizenid(const char* tizen_id, tav_app_info_s* info);
 
+/* ---- Lists and counts ----
+ *
+ * A list is one malloc block of records, *realCount of them, that the caller frees. When nothing
+ * matches, the result is 0, *realCount is 0 and the list's pointer is untouched. When reading
+ * fails after the block was made, the pointer is null and *realCount is 0; a call that was
+ * refused leaves the pointer untouched.
+ */
+
+/* The size of tav_app_filter_s in bytes that the library was built with: 12. */
+TAV_API unsigned int get_size_of_tav_app_filter_s(void);
+
+/* Sets *filter to featured 1, premium_game 1, app_type 2. Returns 0, or -1 for null. No lock. */
+TAV_API int tav_init_app_filter(tav_app_filter_s* filter);
+
+/*
+ * A page of the visible apps that the filter lets through, in the order of the view mode.
+ *   index      the first app of the page, from 0; negative for no paging
+ *   count      the most apps to return; 0 or less for all that there are from index on
+ *   appList    receives the block
+ *   realCount  receives the number of records
+ *
+ * Returns 0; -1 when the filter is refused, index is not below the number of matching apps
+ * (*realCount is then 0), a pointer is null, memory ran out or the call is refused; -2 when the
+ * database stayed busy. Apps that the service removes while the list is read leave zeroed
+ * records at its end.
+ */
+TAV_API int tav_get_app_list(tav_app_filter_s filter, tav_app_viewmode_e viewMode, int index,
+                             int count, tav_app_info_s** appList, int* realCount);
+
+/* tav_get_app_list with the filter by pointer; a null filter is -1. */
+TAV_API int tav_get_app_list_dn(tav_app_filter_s* filter, tav_app_viewmode_e viewMode, int index,
+                                int count, tav_app_info_s** appList, int* realCount);
+
+/*
+ * tav_get_app_list with multi-screen records. Apps that the service removes while the list is
+ * read leave zeroed records at its end, and -1 when none is left.
+ */
+TAV_API int tav_get_app_list_ms(tav_app_filter_s filter, tav_app_viewmode_e viewMode, int index,
+                                int count, tav_app_ms_s** msList, int* realCount);
+
+/*
+ * How many visible apps the filter lets through. Counts by reading the whole list, so it costs
+ * as much and is refused for the same reasons. Results as tav_get_app_list.
+ */
+TAV_API int tav_get_app_count(tav_app_filter_s filter, int* count);
+
+/* tav_get_app_count with the filter by pointer; a null filter is -1. */
+TAV_API int tav_get_app_count_dn(tav_app_filter_s* filter, int* count);
+
+/*
+ * All apps, hidden ones included, in the order of TAV_APP_VIEWMODE_LAST_DOWNLOADED. Results as
+ * tav_get_app_list.
+ */
+TAV_API int tav_get_all_app_list(tav_app_info_s** appList, int* count);
+
+/*
+ * The visible apps that were used at least once, the last launched first; at most count of them
+ * when count is above 0. Results as tav_get_app_list.
+ */
+TAV_API int tav_get_recently_used_app_list(int count, tav_app_info_s** appList, int* realCount);
+
+/*
+ * Whether the app is one of the three visible apps that were launched last, of those that were
+ * used at all. Returns 0 when it is; -1 when it is not, appId is null or empty, or the package
+ * manager recovers; -2 when the database stayed busy. Answers during a factory reset as well.
+ */
+TAV_API int tav_check_is_recently_used_app(const char* appId);
+
+/* The same for the three visible apps with the highest use count. */
+TAV_API int tav_check_is_most_used_app(const char* appId);
+
+/* ---- Single properties ----
+ *
+ * Each reads one column of the one app that its key names. Besides the results named below:
+ * -1 when there is no such app, an argument is null or empty, or the call is refused; -2 when
+ * the database stayed busy. On any failure the out value is untouched.
+ */
+
+/* Whether the app is bound to an internet provider. Returns 0 when it is, -1 when it is not. */
+TAV_API int tav_is_isp_app(const char* appId);
+
+/* Whether the app is a hybrid one. Returns 0 when it is, -1 when it is not. */
+TAV_API int tav_is_hybrid_app(const char* appId);
+
+/* Whether the app came from a USB device. Returns 1 when it did, 0 when it did not. */
+TAV_API int tav_check_is_usb_app(const char* appId);
+
+/* The rating that the app was given. Returns 0 and sets *rating. */
+TAV_API int tav_get_app_rating(const char* appId, int* rating);
+
+/*
+ * The package name of the app with this native id, at most 127 bytes, in a new block of 128
+ * bytes that the caller frees. Returns 0 and sets *pkgName.
+ */
+TAV_API int tav_get_pkgname_by_nativeid(const char* nativeId, char** pkgName);
+
+/*
+ * The run title of the app with this pair of broadcast application ids, as
+ * tav_get_pkgname_by_nativeid gives a package name.
+ */
+TAV_API int tav_get_app_runtitle_by_ait_id(const char* aitOrgId, const char* aitAppId,
+                                           char** runTitle);
+
+/* The same as tav_get_app_runtitle_by_ait_id. */
+TAV_API int tav_find_app(const char* aitOrgId, const char* aitAppId, char** runTitle);
+
+/*
+ * The id of the app with this run title, as tav_get_pkgname_by_nativeid gives a package name.
+ */
+TAV_API int tav_get_appid_by_runtitle(const char* runTitle, char** appId);
+
+/*
+ * Whether an app with this run title is installed. Returns 0 and sets *status to 0 when it is
+ * and to 1 when it is not, which is also the answer while reads are refused; -1 when an
+ * argument is null or empty; -2 with *status 1 when the database stayed busy.
+ */
+TAV_API int tav_check_app_installed_by_runtitle(const char* runTitle, int* status);
+
+/*
+ * The id of the electronic manual's app, in a new block that the caller frees: the platform's,
+ * or the database's when the platform has none, which is cut to 127 bytes and may be "NONE".
+ * Returns 0 and sets *appId. The lock is held only while the database is read, and no state of
+ * the platform refuses the call.
+ */
+TAV_API int tav_get_emanual_id(char** appId);
+
 #ifdef __cplusplus
 }
 
@@ -145,6 +311,15 @@ TAV_API int tav_get_app_info_by_tizenid(const char* tizen_id, tav_app_info_s* in
  * *info are those of tav_get_app_info.
  */
 TAV_API int tav_get_app_info_by_runtitle(const char* run_title, tav_app_info_s* info);
+
+/*
+ * The installed, available apps whose integer column named key is 1, hidden ones included, in the
+ * database's order; at most count of them when count is above 0. key stands in the statement as
+ * it is: hand over names of columns only, never what a user typed. Results as tav_get_app_list;
+ * *realCount is 0 or untouched after a failed count.
+ */
+TAV_API int tav_get_key_list(const std::string& key, int count, tav_app_info_s** appList,
+                             int* realCount);
 
 #endif /* __cplusplus */
 

@@ -7,6 +7,7 @@
 #include <type_traits>
 
 #include "tav_db_api/tav_db_client_columns.h"
+#include "tav_db_api/tav_db_client_text.h"
 
 namespace {
 
@@ -87,10 +88,9 @@ static_assert(std::is_trivial_v<tav_app_info_s>, "records are zeroed and moved a
 
 constexpr int kLastBuiltInIndex = 299;
 
-void CopyText(char* field, const char* text) {
-  const std::size_t length = strnlen(text, TAV_TEXT_SIZE - 1);
-  std::memcpy(field, text, length);
-  field[length] = '\0';
+void SetRecord(tav_app_info_s* info, AgeRating& rating) REQUIRES(g_Mute) {
+  m_GetWidgetInfo(info, rating);
+  TAV_LOGI("set app_info success");
 }
 
 void LogRecord(const tav_app_info_s& app) {
@@ -159,21 +159,12 @@ void m_GetWidgetInfo(tav_app_info_s* info, AgeRating& rating) {
 
 int GetAppsTableInfo(tav_app_info_s* info, const std::string& condition,
                      const std::vector<_TAVDB_BIND_T>& binds) {
-  const int prepared = Prepare(SelectApps() + condition);
+  const int prepared = PrepareAndBind(SelectApps() + condition, binds);
   if (prepared != 0) return prepared;
-  tavdb_bind(binds);
   *info = {};
 
   AgeRating rating;
-  int result = kFailed;
-  RowWalk rows;
-  while (rows.Next()) {
-    if (result == kFound) continue;
-    m_GetWidgetInfo(info, rating);
-    TAV_LOGI("set app_info success");
-    result = kFound;
-  }
-  if (rows.WasBusy()) return kBusy;
+  const int result = ReadFirstRow([&]() REQUIRES(g_Mute) { SetRecord(info, rating); });
   if (result == kFound) LogRecord(*info);
   return result;
 }
@@ -181,9 +172,8 @@ int GetAppsTableInfo(tav_app_info_s* info, const std::string& condition,
 int GetAppsTableList(tav_app_info_s* list, int count, const std::string& condition, int /*ignored*/,
                      const std::vector<_TAVDB_BIND_T>& binds, bool lastDownload) {
   TAV_LOGI("sizeof(Column)/30-1 = %zu", sizeof(Column) / 30 - 1);
-  const int prepared = Prepare(SelectApps() + condition);
+  const int prepared = PrepareAndBind(SelectApps() + condition, binds);
   if (prepared != 0) return prepared;
-  tavdb_bind(binds);
   const int records = std::max(count, 0);
   if (records > 0) std::memset(list, 0, sizeof(tav_app_info_s) * static_cast<std::size_t>(records));
 
@@ -192,9 +182,8 @@ int GetAppsTableList(tav_app_info_s* list, int count, const std::string& conditi
   RowWalk rows;
   while (rows.Next()) {
     if (stored == records) continue;
-    m_GetWidgetInfo(&list[stored], rating);
+    SetRecord(&list[stored], rating);
     ++stored;
-    TAV_LOGI("set app_info success");
   }
   if (lastDownload) {
     TAV_LOGI("view mode : last download");

@@ -26,6 +26,8 @@ void save_db_bind(std::vector<_TAVDB_BIND_T>& binds, int value);
 constexpr int kInstalled = 3;
 constexpr int kAvailable = 1;
 constexpr int kNotMarkedForReset = 0;
+constexpr int kNotHidden = 0;
+constexpr int kNeverUsed = 0;
 
 // A condition and the values for its marks, built together so that they cannot part ways.
 class Query {
@@ -49,6 +51,8 @@ class Query {
 
   const std::string& Condition() const { return m_condition; }
   const std::vector<_TAVDB_BIND_T>& Binds() const { return m_binds; }
+  // For pieces whose marks and values come from elsewhere together.
+  std::vector<_TAVDB_BIND_T>& Binds() { return m_binds; }
 
  private:
   std::string m_condition;

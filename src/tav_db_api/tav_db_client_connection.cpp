@@ -100,6 +100,12 @@ void tavdb_bind(const std::vector<_TAVDB_BIND_T>& binds) {
   }
 }
 
+int PrepareAndBind(const std::string& sql, const std::vector<_TAVDB_BIND_T>& binds) {
+  const int result = Prepare(sql);
+  if (result == 0) tavdb_bind(binds);
+  return result;
+}
+
 int Step() {
   if (g_pStmt == nullptr) {
     TAV_LOGE("g_pStmt is NULL");
@@ -164,6 +170,6 @@ RowWalk::~RowWalk() {
 
 bool RowWalk::Next() {
   m_last = Step();
-  if (m_last == kStepBusy) TAV_LOGE("Get DB fail:sql busy");
+  if (m_last == kStepBusy) TAV_LOGE("%s", m_busy_text);
   return m_last == kStepRow;
 }

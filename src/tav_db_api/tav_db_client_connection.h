@@ -57,22 +57,43 @@ int GetIntegerFromResult(unsigned int col) REQUIRES(g_Mute);
 // The current row's column as a text of any length, "" for NULL.
 void GetValueByDBPosition(unsigned int col, std::string& out) REQUIRES(g_Mute);
 
+// Prepare, then tavdb_bind. Results as Prepare.
+int PrepareAndBind(const std::string& sql, const std::vector<_TAVDB_BIND_T>& binds)
+    REQUIRES(g_Mute);
+
 // Walks the rows of the prepared statement, and ends the statement when the walk is left early.
 class RowWalk {
  public:
-  RowWalk() = default;
+  // busy_text is logged when the rows end because the database stayed busy.
+  explicit RowWalk(const char* busy_text = "Get DB fail:sql busy") : m_busy_text(busy_text) {}
   ~RowWalk() REQUIRES(g_Mute);
   RowWalk(const RowWalk&) = delete;
   RowWalk& operator=(const RowWalk&) = delete;
 
-  // True while there is a row to read. What ended the rows is logged here when it was a busy
-  // database.
+  // True while there is a row to read.
   bool Next() REQUIRES(g_Mute);
 
+  // What ended the rows.
   bool WasBusy() const { return m_last == kStepBusy; }
+  bool ReachedTheEnd() const { return m_last == kStepDone; }
 
  private:
+  const char* m_busy_text;
   int m_last = kStepRow;
 };
+
+// Has read() take the first row of the prepared statement, and steps over the others. kFound,
+// kFailed without a row, or kBusy, also when the first row had been read.
+template <typename Read>
+int ReadFirstRow(const Read& read) REQUIRES(g_Mute) {
+  int result = kFailed;
+  RowWalk rows;
+  while (rows.Next()) {
+    if (result == kFound) continue;
+    read();
+    result = kFound;
+  }
+  return rows.WasBusy() ? kBusy : result;
+}
 
 #endif  // TAV_DB_API_TAV_DB_CLIENT_CONNECTION_H_
