@@ -22,7 +22,7 @@ bool HasLine(const std::vector<LogLine>& lines, char priority, const char* colou
 
 std::vector<LogLine> Log::Lines() const {
   static const std::regex shape(
-      "([VDIWEF])/([^(]*)\\([0-9]+\\): ([^:]+): ([^(]+)\\([0-9]+\\) > "
+      "(?:^|\n)([VDIWEF])/([^(\n]*)\\([0-9]+\\): ([^:]+): ([^(]+)\\([0-9]+\\) > "
       "(\033\\[0;3[0-9]m)([^\033]*)\033\\[0;m");
   std::ifstream in(m_file);
   const std::string all((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
