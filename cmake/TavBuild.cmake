@@ -12,7 +12,7 @@ set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 
-add_compile_definitions(_GNU_SOURCE)
+add_compile_definitions(_GNU_SOURCE _FILE_OFFSET_BITS=64)
 add_compile_options(-Wall -Wextra -Wpedantic -Wformat=2 -Wshadow
                     "-ffile-prefix-map=${PROJECT_SOURCE_DIR}/=")
 if(TAV_WERROR)

@@ -164,8 +164,8 @@ TAV_API unsigned int get_size_of_tav_app_info_s(void);
  * of the device's demonstration app.
  *
  * Returns 0; -1 when nothing matches, an argument is null or empty, or the call is refused; -2
- * when the database stayed busy. *info is all zero when nothing matched or the database was
- * busy during the reading, and untouched on any failure before that.
+ * when the database stayed busy. *info is untouched when the call was refused or the query could
+ * not be prepared, all zero when nothing matched, and of no meaning after -2.
  */
 TAV_API int tav_get_app_info(const char* app_id, tav_app_info_s* info);
 

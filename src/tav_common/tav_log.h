@@ -25,17 +25,45 @@ constexpr const char* Printable(const char* text) {
   return text != nullptr ? text : "(null)";
 }
 
-#define TAV_LOGI(...) TAV_LOG_LINE(DLOG_INFO, "\033[0;32m", __VA_ARGS__, "\033[0;m")
-#define TAV_LOGW(...) TAV_LOG_LINE(DLOG_WARN, "\033[0;33m", __VA_ARGS__, "\033[0;m")
-#define TAV_LOGE(...) TAV_LOG_LINE(DLOG_ERROR, "\033[0;31m", __VA_ARGS__, "\033[0;m")
+// Where a line is written for. A helper that speaks for its caller takes one as its last
+// argument, LogPlace::Here() by default.
+struct LogPlace {
+  const char* path;
+  const char* function;
+  int line;
+
+  static constexpr LogPlace Here(const char* path = __builtin_FILE(),
+                                 const char* function = __builtin_FUNCTION(),
+                                 int line = __builtin_LINE()) {
+    return {path, function, line};
+  }
+};
+
+#define TAV_GREEN "\033[0;32m"
+#define TAV_YELLOW "\033[0;33m"
+#define TAV_RED "\033[0;31m"
+#define TAV_PLAIN "\033[0;m"
+
+#define TAV_LOGI(...) TAV_LOG_HERE(DLOG_INFO, TAV_GREEN, __VA_ARGS__, TAV_PLAIN)
+#define TAV_LOGW(...) TAV_LOG_HERE(DLOG_WARN, TAV_YELLOW, __VA_ARGS__, TAV_PLAIN)
+#define TAV_LOGE(...) TAV_LOG_HERE(DLOG_ERROR, TAV_RED, __VA_ARGS__, TAV_PLAIN)
+#define TAV_LOGW_FOR(place, ...) TAV_LOG_FOR(place, DLOG_WARN, TAV_YELLOW, __VA_ARGS__, TAV_PLAIN)
+#define TAV_LOGE_FOR(place, ...) TAV_LOG_FOR(place, DLOG_ERROR, TAV_RED, __VA_ARGS__, TAV_PLAIN)
+
+#define TAV_LOG_HERE(priority, colour, ...)                                        \
+  do {                                                                             \
+    static constexpr const char* tav_log_file = TavFileName(__FILE__);             \
+    TAV_LOG_LINE(priority, colour, tav_log_file, __func__, __LINE__, __VA_ARGS__); \
+  } while (false)
+
+#define TAV_LOG_FOR(place, priority, colour, ...)                                           \
+  TAV_LOG_LINE(priority, colour, TavFileName((place).path), (place).function, (place).line, \
+               __VA_ARGS__)
 
 // The last of the arguments is the code that ends the colour: it keeps the list from being
 // empty for a message without arguments of its own.
-#define TAV_LOG_LINE(priority, colour, message, ...)                                               \
-  do {                                                                                             \
-    static constexpr const char* tav_log_file = TavFileName(__FILE__);                             \
-    dlog_print(priority, TAV_LOG_TAG, "%s: %s(%d) > " colour message "%s", tav_log_file, __func__, \
-               __LINE__, __VA_ARGS__);                                                             \
-  } while (false)
+#define TAV_LOG_LINE(priority, colour, file, function, line, message, ...)                     \
+  dlog_print(priority, TAV_LOG_TAG, "%s: %s(%d) > " colour message "%s", file, function, line, \
+             __VA_ARGS__)
 
 #endif  // TAV_COMMON_TAV_LOG_H_

@@ -103,7 +103,7 @@ int CheckUsage(const char* app_id, const char* order) REQUIRES(g_Mute) {
 }
 
 bool IsNullOrEmpty(const char* app_id) {
-  return HasNull(app_id) || IsEmpty(app_id, "in param is NULL ");
+  return HasNull({app_id}) || IsEmpty(app_id, "in param is NULL ");
 }
 
 }  // namespace
@@ -113,7 +113,7 @@ unsigned int get_size_of_tav_app_filter_s(void) {
 }
 
 int tav_init_app_filter(tav_app_filter_s* filter) {
-  if (HasNull(filter)) return kFailed;
+  if (HasNull({filter})) return kFailed;
   *filter = {1, 1, 2};
   return 0;
 }
@@ -129,8 +129,8 @@ int tav_get_app_list(tav_app_filter_s filter, tav_app_viewmode_e viewMode, int i
 
 int tav_get_app_list_dn(tav_app_filter_s* filter, tav_app_viewmode_e viewMode, int index, int count,
                         tav_app_info_s** appList, int* realCount) {
-  return HasNull(filter) ? kFailed
-                         : tav_get_app_list(*filter, viewMode, index, count, appList, realCount);
+  return HasNull({filter}) ? kFailed
+                           : tav_get_app_list(*filter, viewMode, index, count, appList, realCount);
 }
 
 int tav_get_app_list_ms(tav_app_filter_s filter, tav_app_viewmode_e viewMode, int index, int count,
@@ -157,13 +157,13 @@ int tav_get_app_count(tav_app_filter_s filter, int* count) try {
 }
 
 int tav_get_app_count_dn(tav_app_filter_s* filter, int* count) {
-  return HasNull(filter) ? kFailed : tav_get_app_count(*filter, count);
+  return HasNull({filter}) ? kFailed : tav_get_app_count(*filter, count);
 }
 
 int tav_get_all_app_list(tav_app_info_s** appList, int* count) try {
   TAV_LOGI("Start");
   const TavLock lock(g_Mute);
-  if (PlatformRefuses() || HasNull(appList, count)) return kFailed;
+  if (PlatformRefuses() || HasNull({appList, count})) return kFailed;
   Query query(" where is_app_available = ? and install_state = ? and is_need_reset = ?");
   query.Bind(kAvailable).Bind(kInstalled).Bind(kNotMarkedForReset);
   const int result = GetFixedList(kAllApps, std::move(query), 0, appList, count);
@@ -176,7 +176,7 @@ int tav_get_all_app_list(tav_app_info_s** appList, int* count) try {
 int tav_get_recently_used_app_list(int count, tav_app_info_s** appList, int* realCount) try {
   TAV_LOGI("Start");
   const TavLock lock(g_Mute);
-  if (PlatformRefuses() || HasNull(appList, realCount)) return kFailed;
+  if (PlatformRefuses() || HasNull({appList, realCount})) return kFailed;
   TAV_LOGI("count:[%d]", count);
   Query query(
       " where is_app_available = ? and install_state = ? and is_hidden = ? and is_need_reset = ? and use_count > ? ");
@@ -197,7 +197,7 @@ int tav_get_key_list(const std::string& key, int count, tav_app_info_s** appList
                      int* realCount) try {
   TAV_LOGI("Start, key:[%s],count:[%d]", key.c_str(), count);
   const TavLock lock(g_Mute);
-  if (PlatformRefuses() || HasNull(appList, realCount)) return kFailed;
+  if (PlatformRefuses() || HasNull({appList, realCount})) return kFailed;
   Query query("  where install_state = ? and is_app_available = ? and " + key +
               " = ? and is_need_reset = ?  ");
   query.Bind(kInstalled).Bind(kAvailable).Bind(1).Bind(kNotMarkedForReset);

@@ -60,7 +60,8 @@ unsigned int get_size_of_tav_app_info_s(void) {
 int tav_get_app_info(const char* app_id, tav_app_info_s* info) try {
   TAV_LOGI("Start to get [%s] info", Printable(app_id));
   const TavLock lock(g_Mute);
-  if (PlatformRefuses() || HasNull(app_id, info) || IsEmpty(app_id, kAppIdIsEmpty)) return kFailed;
+  if (PlatformRefuses() || HasNull({app_id, info}) || IsEmpty(app_id, kAppIdIsEmpty))
+    return kFailed;
 
   MallocText web_id;
   const char* id = app_id;
@@ -87,7 +88,7 @@ int tav_get_app_info_by_tizenid(const char* tizen_id, tav_app_info_s* info) {
 int tav_get_app_info_by_runtitle(const char* run_title, tav_app_info_s* info) try {
   TAV_LOGI("Start, runtitile:[%s]", Printable(run_title));
   const TavLock lock(g_Mute);
-  if (PlatformRefuses() || HasNull(run_title, info) || IsEmpty(run_title, kRunTitleIsEmpty)) {
+  if (PlatformRefuses() || HasNull({run_title, info}) || IsEmpty(run_title, kRunTitleIsEmpty)) {
     return kFailed;
   }
   const int result = Find(Query(" where run_title = ?  ").Bind(run_title).AndVisible(), info);
@@ -99,7 +100,8 @@ int tav_get_app_info_by_runtitle(const char* run_title, tav_app_info_s* info) tr
 
 int m_tav_get_app_info(const char* app_id, tav_app_info_s* info) try {
   TAV_LOGI("Start, app_id:[%s]", Printable(app_id));
-  if (PlatformRefuses() || HasNull(app_id, info) || IsEmpty(app_id, kAppIdIsEmpty)) return kFailed;
+  if (PlatformRefuses() || HasNull({app_id, info}) || IsEmpty(app_id, kAppIdIsEmpty))
+    return kFailed;
   const int result = Find(Query(" where (id = ?  or tizen_id = ? or pkgname = ?)  ")
                               .Bind(app_id)
                               .Bind(app_id)
@@ -114,7 +116,7 @@ int m_tav_get_app_info(const char* app_id, tav_app_info_s* info) try {
 
 int GetAppInfoByRuntitle(tav_app_info_s* info, const char* run_title) try {
   TAV_LOGI("runtitile:[%s]", Printable(run_title));
-  if (PlatformRefuses() || HasNull(run_title, info) || IsEmpty(run_title, kRunTitleIsEmpty)) {
+  if (PlatformRefuses() || HasNull({run_title, info}) || IsEmpty(run_title, kRunTitleIsEmpty)) {
     return kFailed;
   }
   const int result = Find(Query(" where run_title = ? ").Bind(run_title).AndVisible(), info);

@@ -46,7 +46,7 @@ constexpr IntegerColumn kRating = {"rating", kWideId, 0};
 
 // Reads the column of the app into *value. 0 or the failure, which is said.
 int ReadColumn(const IntegerColumn& column, const char* app_id, int* value) REQUIRES(g_Mute) {
-  if (PlatformRefuses() || HasNull(app_id, value) || IsEmpty(app_id, kAppIdIsEmpty)) {
+  if (PlatformRefuses() || HasNull({app_id, value}) || IsEmpty(app_id, kAppIdIsEmpty)) {
     return kFailed;
   }
   const Query query = Query(column.by_id).Bind(app_id).AndVisible();
@@ -163,7 +163,8 @@ int tav_get_app_rating(const char* appId, int* rating) try {
 int tav_get_pkgname_by_nativeid(const char* nativeId, char** pkgName) try {
   TAV_LOGI("Start,native_id:[%s]", Printable(nativeId));
   const TavLock lock(g_Mute);
-  if (PlatformRefuses() || HasNull(nativeId, pkgName) || IsEmpty(nativeId, "native_id is empty ")) {
+  if (PlatformRefuses() || HasNull({nativeId, pkgName}) ||
+      IsEmpty(nativeId, "native_id is empty ")) {
     return kFailed;
   }
   return ReadText({"pkgname", 0, "pkgname malloc is NULL"},
@@ -177,7 +178,7 @@ int tav_get_app_runtitle_by_ait_id(const char* aitOrgId, const char* aitAppId,
   constexpr char kIsEmpty[] = "AIT_org_id or AIT_app_id is empty ";
   TAV_LOGI("Start,org_id:[%s],app_id:[%s]", Printable(aitOrgId), Printable(aitAppId));
   const TavLock lock(g_Mute);
-  if (PlatformRefuses() || HasNull(aitOrgId, aitAppId, runTitle) || IsEmpty(aitOrgId, kIsEmpty) ||
+  if (PlatformRefuses() || HasNull({aitOrgId, aitAppId, runTitle}) || IsEmpty(aitOrgId, kIsEmpty) ||
       IsEmpty(aitAppId, kIsEmpty)) {
     return kFailed;
   }
@@ -196,7 +197,7 @@ int tav_find_app(const char* aitOrgId, const char* aitAppId, char** runTitle) {
 int tav_get_appid_by_runtitle(const char* runTitle, char** appId) try {
   TAV_LOGI("Start,runtitile:[%s]", Printable(runTitle));
   const TavLock lock(g_Mute);
-  if (HasNull(runTitle, appId)) return kFailed;
+  if (HasNull({runTitle, appId})) return kFailed;
   tav_app_info_s info;
   const int result = GetAppInfoByRuntitle(&info, runTitle);
   if (result != 0) return Unanswered(result);
@@ -208,7 +209,7 @@ int tav_get_appid_by_runtitle(const char* runTitle, char** appId) try {
 int tav_check_app_installed_by_runtitle(const char* runTitle, int* status) try {
   TAV_LOGI("Start,runtitile:[%s]", Printable(runTitle));
   const TavLock lock(g_Mute);
-  if (HasNull(runTitle, status) || IsEmpty(runTitle, kRunTitleIsEmpty)) return kFailed;
+  if (HasNull({runTitle, status}) || IsEmpty(runTitle, kRunTitleIsEmpty)) return kFailed;
   tav_app_info_s info;
   const int result = GetAppInfoByRuntitle(&info, runTitle);
   *status = result == 0 ? 0 : 1;

@@ -28,6 +28,7 @@ void AgeRating::Read() {
     TAV_LOGE("failed to get db/appstore/ratingvalue value");
     return;
   }
+  m_is_known = true;
   TAV_LOGI("got db/appstore/ratingvalue value[%s]", setting.get());
 
   std::string value(setting.get());

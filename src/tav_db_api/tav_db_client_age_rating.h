@@ -9,13 +9,18 @@
 // The setting as it stands while one query runs: read when the first row asks, then kept.
 class AgeRating {
  public:
-  // Whether the setting locks an app with this age limit; nothing when it sets no limit.
+  // Whether the setting locks an app with this age limit; nothing when it sets no limit or
+  // cannot be read.
   std::optional<bool> Locks(int age_limit);
+
+  // Whether Locks found a setting to read.
+  bool IsKnown() const { return m_is_known; }
 
  private:
   void Read();
 
   bool m_is_read = false;
+  bool m_is_known = false;
   std::optional<long> m_limit;
 };
 

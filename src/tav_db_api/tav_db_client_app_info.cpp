@@ -126,14 +126,15 @@ void LogRecord(const tav_app_info_s& app) {
 }  // namespace
 
 const std::string& SelectApps() {
-  static const std::string text = [] {
+  // Never destroyed: other threads may still query while the process exits.
+  static const auto& text = *new std::string([] {
     std::string columns;
     for (const auto& column : Column) {
       if (!columns.empty()) columns += ",";
       columns += column;
     }
     return "select " + columns + " from " + kAppsTable;
-  }();
+  }());
   return text;
 }
 
@@ -149,7 +150,7 @@ void m_GetWidgetInfo(tav_app_info_s* info, AgeRating& rating) {
   }
 
   const bool is_locked_by_age = rating.Locks(info->app_age_limit).value_or(false);
-  TAV_LOGI("app_info->app_age_limit[%d]", info->app_age_limit);
+  if (rating.IsKnown()) TAV_LOGI("app_info->app_age_limit[%d]", info->app_age_limit);
   info->is_lock = is_locked_by_age || GetIntegerFromResult(kIsLock) != 0 ? 1 : 0;
 
   char source[TAV_TEXT_SIZE];

@@ -79,7 +79,7 @@ int PageSize(int matching, int index, int count) {
 int GetAppList(tav_app_filter_s filter, tav_app_viewmode_e viewMode, int index, int count,
                bool isMs, int* realCount, tav_app_info_s** appList, tav_app_ms_s** msList) {
   if (PlatformRefuses()) return kFailed;
-  if (isMs ? HasNull(msList, realCount) : HasNull(appList, realCount)) return kFailed;
+  if (isMs ? HasNull({msList, realCount}) : HasNull({appList, realCount})) return kFailed;
   TAV_LOGI("featured:[%d],premium_game:[%d],app_type:[%d],view_mode:[%d],index:[%d],count:[%d]",
            filter.featured, filter.premium_game, filter.app_type, static_cast<int>(viewMode), index,
            count);

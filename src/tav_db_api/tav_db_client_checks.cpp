@@ -4,8 +4,6 @@
 #include <sys/stat.h>
 #include <vconf.h>
 
-#include "tav_common/tav_log.h"
-
 namespace {
 
 constexpr char kFactoryResetKey[] = "db/tav/factory_reset";
@@ -31,13 +29,13 @@ bool CheckPkgmgrRecovering() {
   return true;
 }
 
-bool PlatformRefuses() {
+bool PlatformRefuses(const LogPlace& place) {
   if (CkeckIsFactoryReset() == 1) {
-    TAV_LOGW("FactoryReset is true");
+    TAV_LOGW_FOR(place, "FactoryReset is true");
     return true;
   }
   if (CheckPkgmgrRecovering()) {
-    TAV_LOGE("Pkgmgr is recovering");
+    TAV_LOGE_FOR(place, "Pkgmgr is recovering");
     return true;
   }
   return false;

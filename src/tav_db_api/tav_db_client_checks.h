@@ -4,6 +4,8 @@
 #ifndef TAV_DB_API_TAV_DB_CLIENT_CHECKS_H_
 #define TAV_DB_API_TAV_DB_CLIENT_CHECKS_H_
 
+#include "tav_common/tav_log.h"
+
 // 1 while the TV is being reset to its factory state, else 0. The misspelt name is kept.
 int CkeckIsFactoryReset();
 
@@ -11,6 +13,6 @@ int CkeckIsFactoryReset();
 bool CheckPkgmgrRecovering();
 
 // True, after a log of the reason, in either of these states.
-bool PlatformRefuses();
+bool PlatformRefuses(const LogPlace& place = LogPlace::Here());
 
 #endif  // TAV_DB_API_TAV_DB_CLIENT_CHECKS_H_

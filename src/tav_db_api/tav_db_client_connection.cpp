@@ -170,6 +170,6 @@ RowWalk::~RowWalk() {
 
 bool RowWalk::Next() {
   m_last = Step();
-  if (m_last == kStepBusy) TAV_LOGE("%s", m_busy_text);
+  if (m_last == kStepBusy) TAV_LOGE_FOR(m_place, "%s", m_busy_text);
   return m_last == kStepRow;
 }

@@ -61,11 +61,15 @@ void GetValueByDBPosition(unsigned int col, std::string& out) REQUIRES(g_Mute);
 int PrepareAndBind(const std::string& sql, const std::vector<_TAVDB_BIND_T>& binds)
     REQUIRES(g_Mute);
 
+constexpr char kDatabaseIsBusy[] = "Get DB fail:sql busy";
+
 // Walks the rows of the prepared statement, and ends the statement when the walk is left early.
 class RowWalk {
  public:
   // busy_text is logged when the rows end because the database stayed busy.
-  explicit RowWalk(const char* busy_text = "Get DB fail:sql busy") : m_busy_text(busy_text) {}
+  explicit RowWalk(const char* busy_text = kDatabaseIsBusy,
+                   const LogPlace& place = LogPlace::Here())
+      : m_busy_text(busy_text), m_place(place) {}
   ~RowWalk() REQUIRES(g_Mute);
   RowWalk(const RowWalk&) = delete;
   RowWalk& operator=(const RowWalk&) = delete;
@@ -79,15 +83,16 @@ class RowWalk {
 
  private:
   const char* m_busy_text;
+  LogPlace m_place;
   int m_last = kStepRow;
 };
 
 // Has read() take the first row of the prepared statement, and steps over the others. kFound,
 // kFailed without a row, or kBusy, also when the first row had been read.
 template <typename Read>
-int ReadFirstRow(const Read& read) REQUIRES(g_Mute) {
+int ReadFirstRow(const Read& read, const LogPlace& place = LogPlace::Here()) REQUIRES(g_Mute) {
   int result = kFailed;
-  RowWalk rows;
+  RowWalk rows(kDatabaseIsBusy, place);
   while (rows.Next()) {
     if (result == kFound) continue;
     read();

@@ -54,10 +54,10 @@ TEST_F(Border, LetsACancelledThreadUnwind) {
 
 TEST_F(Border, TellsAnyNullArgument) {
   const int value = 0;
-  EXPECT_FALSE(HasNull("text", &value));
+  EXPECT_FALSE(HasNull({"text", &value}));
   EXPECT_FALSE(log.Has("in param is NULL "));
-  EXPECT_TRUE(HasNull("text", static_cast<const int*>(nullptr)));
-  EXPECT_TRUE(HasNull(static_cast<const char*>(nullptr), &value));
+  EXPECT_TRUE(HasNull({"text", static_cast<const int*>(nullptr)}));
+  EXPECT_TRUE(HasNull({static_cast<const char*>(nullptr), &value}));
   EXPECT_EQ(log.Count("in param is NULL "), 2);
 }
 
