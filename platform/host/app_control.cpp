@@ -19,7 +19,7 @@ constexpr char kTag[] = "APP_CONTROL";
 
 // Runs `body` unless an argument is null.
 template <typename Body>
-int Answer(std::initializer_list<const void*> arguments, Body&& body) noexcept {
+int Answer(std::initializer_list<const void*> arguments, Body&& body) {
   for (const void* argument : arguments) {
     if (argument == nullptr) {
       dlog_print(DLOG_ERROR, kTag, "a null argument");

@@ -15,7 +15,7 @@ constexpr char kCustom[] = "custom";
 constexpr char kValue[] = "value";
 
 template <typename Body>
-int Answer(const void* key, const void* value, Body&& body) noexcept {
+int Answer(const void* key, const void* value, Body&& body) {
   if (key == nullptr || value == nullptr) {
     dlog_print(DLOG_ERROR, kTag, "a null argument");
     return SYSTEM_INFO_ERROR_INVALID_PARAMETER;

@@ -20,7 +20,7 @@ bool IsNull(const void* argument) {
 
 // Runs `body` with the key's place; VCONF_OK when it succeeds.
 template <typename Body>
-int WithKey(const char* key, Body&& body) noexcept {
+int WithKey(const char* key, Body&& body) {
   return tav_host::AtBorder<int>(kVconfTag, VCONF_ERROR, [&] {
     auto place = tav_host::Locate(key);
     return place && body(std::move(*place)) ? VCONF_OK : VCONF_ERROR;
@@ -29,7 +29,7 @@ int WithKey(const char* key, Body&& body) noexcept {
 
 // Gives the key's value to `take`, which returns whether it could keep it.
 template <typename T, typename Take>
-int GetValue(const char* key, Take&& take) noexcept {
+int GetValue(const char* key, Take&& take) {
   return WithKey(key, [&](const Place& place) {
     const auto value = tav_host::ReadValue(place);
     if (!value) return false;

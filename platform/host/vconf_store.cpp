@@ -84,6 +84,7 @@ std::optional<Place> Locate(const char* key) {
 }
 
 std::optional<Value> ReadValue(const Place& place) {
+  const WholeOrCancelled whole;
   const std::string path = place.Path();
   GText content;
   gsize size = 0;
@@ -102,6 +103,7 @@ std::optional<Value> ReadValue(const Place& place) {
 }
 
 bool WriteValue(const Place& place, const Value& value) {
+  const WholeOrCancelled whole;
   if (!MakeDirectory(place)) return false;
   const auto* number = std::get_if<int>(&value);
   const std::string content = std::string(TypeName(value)) + "\n" +

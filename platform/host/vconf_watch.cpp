@@ -21,6 +21,7 @@ namespace tav_host {
 namespace {
 
 void DestroySource(GSource* source) {
+  const CancellationOff off;
   g_source_destroy(source);
   g_source_unref(source);
 }
@@ -132,6 +133,7 @@ gboolean OnReadable(gint /*fd*/, GIOCondition /*condition*/, gpointer id) {
 }  // namespace
 
 bool StartWatch(Place place, vconf_callback_fn cb, void* user_data) {
+  const WholeOrCancelled whole;
   const auto watch = std::make_shared<Watch>(std::move(place), cb, user_data);
   if (watch->inotify.Get() < 0) {
     dlog_print(DLOG_ERROR, kVconfTag, "inotify: %s", g_strerror(errno));

@@ -81,8 +81,23 @@ TEST_P(LookupGuards, RefusesNullArguments) {
   EXPECT_FALSE(log.Has("Connected to DB"));
 }
 
+TEST_P(LookupGuards, SaysInAYellowNoticeThatAnArgumentIsNull) {
+  EXPECT_EQ(Call(nullptr), -1);
+  EXPECT_EQ(log.Messages('W'), std::vector<std::string>{"in param is NULL "});
+  EXPECT_TRUE(log.HasNotice("in param is NULL "));
+  EXPECT_TRUE(log.Messages('E').empty());
+}
+
+TEST_P(LookupGuards, AsksForNullBeforeItAsksForAnEmptyKey) {
+  EXPECT_EQ(GetParam().call("", nullptr), -1);
+  EXPECT_EQ(log.Messages('W'), std::vector<std::string>{"in param is NULL "});
+  EXPECT_TRUE(log.HasNotice("in param is NULL "));
+  EXPECT_FALSE(log.Has(GetParam().empty_complaint));
+}
+
 TEST_P(LookupGuards, RefusesAnEmptyKey) {
   EXPECT_EQ(Call(""), -1);
+  EXPECT_EQ(log.Messages('W'), std::vector<std::string>{GetParam().empty_complaint});
   EXPECT_TRUE(log.HasNotice(GetParam().empty_complaint));
   EXPECT_TRUE(RecordIsUntouched());
   EXPECT_FALSE(log.Has("Connected to DB"));

@@ -170,22 +170,4 @@ TEST_F(AppLookup, TakesQuotesPercentSignsAndSqlForData) {
   }
 }
 
-TEST_F(AppLookup, WritesOneTagAndTheColoursOfTheThreeLevels) {
-  ById("org.example.clock");
-  tav_get_app_info(nullptr, nullptr);
-  device.Unset("db/tav/factory_reset");
-  ById("org.example.clock");
-  for (const test::LogLine& line : log.Lines()) {
-    EXPECT_EQ(line.tag, "TavClient");
-    EXPECT_EQ(line.file.substr(0, 4), "tav_") << line.file;
-    const std::string colour = line.priority == 'I'   ? "\033[0;32m"
-                               : line.priority == 'W' ? "\033[0;33m"
-                                                      : "\033[0;31m";
-    EXPECT_EQ(line.colour, colour) << line.message;
-  }
-  const test::LogLine start = log.Lines().front();
-  EXPECT_EQ(start.file, "tav_db_api_lookup.cpp");
-  EXPECT_EQ(start.function, "tav_get_app_info");
-}
-
 }  // namespace

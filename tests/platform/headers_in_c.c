@@ -18,7 +18,28 @@ static void Expect(int condition, const char* what) {
   ++failures;
 }
 
+// Programs spell an enumeration's type with its tag and without.
+static void UseBothSpellings(void) {
+  enum app_control_error_e control = APP_CONTROL_ERROR_KEY_NOT_FOUND;
+  const app_control_error_e same_control = control;
+  enum log_priority priority = DLOG_SILENT;
+  const log_priority same_priority = priority;
+  enum pkgmgrinfo_error_e package = PMINFO_R_EINVAL;
+  const pkgmgrinfo_error_e same_package = package;
+  enum system_info_error_e info = SYSTEM_INFO_ERROR_FAILED;
+  const system_info_error_e same_info = info;
+  enum system_info_key_e key = SYSTEM_INFO_KEY_DEVICE_GRADE;
+  const system_info_key_e same_key = key;
+  enum tzplatform_variable variable = TZPLATFORM_DATABASE_DIRECTORY;
+  const tzplatform_variable same_variable = variable;
+  Expect(same_control == -3 && same_priority == 8 && same_package == -2 && same_info == -1 &&
+             same_key == 701 && same_variable == 24,
+         "the numbers of the enumerations");
+}
+
 int main(void) {
+  UseBothSpellings();
+
   app_control_h request = NULL;
   Expect(app_control_create(&request) == APP_CONTROL_ERROR_NONE, "a request");
   Expect(app_control_destroy(request) == APP_CONTROL_ERROR_NONE, "the end of a request");

@@ -29,6 +29,11 @@ class App {
   App& TizenId(const std::string& id) { return Set("tizen_id", id); }
   App& Package(const std::string& name) { return Set("pkgname", name); }
   App& Index(int index) { return Set("app_index", index); }
+  App& Type(int type) { return Set("app_type", type); }
+  App& Featured(int featured) { return Set("app_featured", featured); }
+  App& UseCount(int count) { return Set("use_count", count); }
+  App& LaunchDate(const std::string& date) { return Set("launch_date", date); }
+  App& InstallDate(const std::string& date) { return Set("install_date", date); }
   App& Hidden() { return Set("is_hidden", 1); }
   App& Locked() { return Set("is_lock", 1); }
   App& AgeLimit(int years) { return Set("limit_age", years); }

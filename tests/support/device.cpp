@@ -53,6 +53,14 @@ Device& Device::Install(const App& app) {
   return *this;
 }
 
+Device& Device::InstallAll(const std::vector<App>& apps) {
+  Database database(DatabaseFile());
+  database.Run("begin");
+  for (const App& app : apps) database.Insert(app);
+  database.Run("commit");
+  return *this;
+}
+
 Device& Device::Configure(const std::string& name, const std::string& value) {
   Database(DatabaseFile())
       .Run("insert or replace into TAVConfigTable (name, value) values (?, ?)", {name, value});

@@ -6,6 +6,7 @@
 
 #include <filesystem>
 #include <string>
+#include <vector>
 
 #include "support/app.h"
 #include "support/log.h"
@@ -24,6 +25,8 @@ class Device {
   Device& operator=(const Device&) = delete;
 
   Device& Install(const App& app);
+  // The same for many, in one transaction.
+  Device& InstallAll(const std::vector<App>& apps);
   Device& Configure(const std::string& name, const std::string& value);
   Device& Sql(const std::string& statements);
   Device& Setting(const std::string& key, int value);

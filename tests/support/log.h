@@ -11,7 +11,7 @@
 namespace test {
 
 struct LogLine {
-  char priority = '?';  // I, W, E …
+  char priority = '?';  // I, W or E
   std::string tag;
   std::string file;
   std::string function;
@@ -23,7 +23,8 @@ class Log {
  public:
   explicit Log(std::filesystem::path file) : m_file(std::move(file)) {}
 
-  // Every line of the library since the test began, or since Forget.
+  // Every line of the library since the test began, or since Forget. Throws at a line under the
+  // library's tag that has another shape than all of them have: it would go unnoticed otherwise.
   std::vector<LogLine> Lines() const;
   // Their messages, and the messages of one priority.
   std::vector<std::string> Messages() const;

@@ -5,9 +5,11 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstring>
 #include <random>
+#include <utility>
 
 #include "support/device.h"
 #include "support/writer.h"
@@ -148,26 +150,123 @@ TEST_F(Drivers, ReportABusyListAndStillApplyTheOrder) {
   EXPECT_TRUE(log.Has("view mode : last download"));
 }
 
+// A record line of the app: each label with the value of its column, and is_lock, which is
+// computed.
+std::string RecordLine(const App& app,
+                       const std::vector<std::pair<const char*, const char*>>& labels) {
+  std::string line;
+  for (const auto& [label, column] : labels) {
+    line += std::string(line.empty() ? "" : ",") + label + " = ";
+    if (std::strcmp(label, "is_lock") == 0) {
+      line += "1";
+    } else if (const int* integer = std::get_if<int>(&app.Values().at(column))) {
+      line += std::to_string(*integer);
+    } else {
+      line += std::get<std::string>(app.Values().at(column));
+    }
+  }
+  return line;
+}
+
+std::vector<std::string> RecordLines(const App& app) {
+  return {RecordLine(app, {{"app_id", "id"},
+                           {"app_index", "app_index"},
+                           {"app_title", "title"},
+                           {"app_version", "version"},
+                           {"app_tizen_id", "tizen_id"},
+                           {"app_runtitle", "run_title"},
+                           {"app_featured", "app_featured"},
+                           {"is_removable", "is_removable"},
+                           {"is_lock", ""},
+                           {"is_need_update", "is_need_update"},
+                           {"is_updated", "is_updated"},
+                           {"is_usb_app", "is_usb_app"},
+                           {"is_hidden", "is_hidden"},
+                           {"is_network", "is_network"},
+                           {"install_date", "install_date"},
+                           {"installState", "install_state"},
+                           {"gamepad", "reserved_string_1"},
+                           {"app_type", "app_type"},
+                           {"is_need_login", "is_need_login"},
+                           {"installed_source_type", "install_source_type"},
+                           {"is_multi_tasking", "is_multi_tasking"},
+                           {"is_age_auth", "is_age_auth"},
+                           {"app_age_limit", "limit_age"},
+                           {"ambient_screen_support", "reserved_string_4"},
+                           {"is_icon_mutlilang_support", "reserved_tinyint_8"},
+                           {"launch_type", "reserved_int_1"},
+                           {"app_icon_path", "icon_path"},
+                           {"app_installed_path", "install_path"},
+                           {"app_panel_icon_path", "icon_path"},
+                           {"firstscreen_icon_dir", "icon_path"},
+                           {"ambient_icon_path", "icon_path"}}),
+          RecordLine(app, {{"app_widget_category", "widget_category"},
+                           {"type", "install_type"},
+                           {"hbbtv", "hbbTV"},
+                           {"native_id", "hybrid_app"},
+                           {"waiting_screen_type", "reserved_string_2"},
+                           {"launch_user_data", "reserved_string_6"},
+                           {"content_id", "reserved_string_9"},
+                           {"use_count", "use_count"},
+                           {"is_display", "is_display"},
+                           {"is_multi_screen2", "is_multi_screen2"},
+                           {"is_need_uninstall", "reserved_tinyint_1"},
+                           {"is_transparent_support", "reserved_tinyint_2"},
+                           {"is_partial_overlay_support", "reserved_tinyint_3"},
+                           {"is_websdi_support", "reserved_tinyint_4"},
+                           {"is_disk_cache", "reserved_tinyint_5"},
+                           {"is_force_launch_support", "reserved_tinyint_7"},
+                           {"is_premium_game", "is_premium_game"}})};
+}
+
+// The messages after those that every query ends with.
+std::vector<std::string> MessagesAfterTheRows(const test::Log& log) {
+  const std::vector<std::string> messages = log.Messages();
+  const auto last = std::find(messages.rbegin(), messages.rend(), "finalize g_pStmt");
+  return {last.base(), messages.end()};
+}
+
+// An app whose every logged value is another one, locked by its age alone.
+App AppForItsLines(const std::string& id) {
+  return test::AppWithEveryColumnSet(id)
+      .InstallState(3)
+      .Set("is_lock", 0)
+      .Title("the title of " + id)
+      .Set("widget_category", "the category of " + id);
+}
+
 TEST_F(Drivers, WriteTwoLinesOfEachRecord) {
-  device.Install(App("a").Title("Clock").Set("use_count", -1));
+  const App a = AppForItsLines("a");
+  const App b = AppForItsLines("b");
+  device.Setting("db/appstore/ratingvalue", "18+").Install(a).Install(b);
+  ASSERT_EQ(List(2), 0);
+  std::vector<std::string> lines = RecordLines(a);
+  for (const std::string& line : RecordLines(b)) lines.push_back(line);
+  EXPECT_EQ(MessagesAfterTheRows(log), lines);
+}
+
+TEST_F(Drivers, WriteTheUseCountWithoutASign) {
+  const App a = AppForItsLines("a").UseCount(-1);
+  device.Install(a);
   ASSERT_EQ(List(1), 0);
-  const std::vector<std::string> lines = log.Messages();
-  ASSERT_GE(lines.size(), 2U);
-  EXPECT_EQ(lines[lines.size() - 2],
-            "app_id = a,app_index = 0,app_title = Clock,app_version = ,app_tizen_id = "
-            ",app_runtitle = ,app_featured = 0,is_removable = 0,is_lock = 0,is_need_update = 0"
-            ",is_updated = 0,is_usb_app = 0,is_hidden = 0,is_network = 0,install_date = "
-            ",installState = 3,gamepad = ,app_type = 0,is_need_login = 0"
-            ",installed_source_type = 0,is_multi_tasking = 0,is_age_auth = 0,app_age_limit = 0"
-            ",ambient_screen_support = ,is_icon_mutlilang_support = 0,launch_type = 0"
-            ",app_icon_path = ,app_installed_path = ,app_panel_icon_path = "
-            ",firstscreen_icon_dir = ,ambient_icon_path = ");
-  EXPECT_EQ(lines.back(),
-            "app_widget_category = ,type = ,hbbtv = ,native_id = ,waiting_screen_type = "
-            ",launch_user_data = ,content_id = ,use_count = 4294967295,is_display = 0"
-            ",is_multi_screen2 = 0,is_need_uninstall = 0,is_transparent_support = 0"
-            ",is_partial_overlay_support = 0,is_websdi_support = 0,is_disk_cache = 0"
-            ",is_force_launch_support = 0,is_premium_game = 0");
+  const std::vector<std::string> lines = MessagesAfterTheRows(log);
+  ASSERT_EQ(lines.size(), 2U);
+  EXPECT_NE(lines[1].find(",use_count = 4294967295,is_display = "), std::string::npos) << lines[1];
+}
+
+TEST_F(Drivers, WriteTheTwoLinesOfTheirOneRecord) {
+  const App a = AppForItsLines("a");
+  device.Setting("db/appstore/ratingvalue", "18+").Install(a).Install(AppForItsLines("b"));
+  const TavLock lock(g_Mute);
+  tav_app_info_s info;
+  ASSERT_EQ(GetAppsTableInfo(&info, kEverything, {}), 0);
+  EXPECT_EQ(MessagesAfterTheRows(log), RecordLines(a));
+  EXPECT_EQ(log.Messages('I').size(), log.Messages().size());
+}
+
+TEST_F(Drivers, WriteTheLinesOfEmptyRecordsToo) {
+  ASSERT_EQ(List(1), 0);
+  EXPECT_EQ(MessagesAfterTheRows(log).size(), 2U);
 }
 
 TEST_F(Drivers, DoNothingForANullRecord) {

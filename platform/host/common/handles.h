@@ -8,6 +8,8 @@
 
 #include <memory>
 
+#include "cancellation.h"
+
 namespace tav_host {
 
 template <auto Release>
@@ -44,6 +46,7 @@ class FileDescriptor {
   FileDescriptor(const FileDescriptor&) = delete;
   FileDescriptor& operator=(const FileDescriptor&) = delete;
   ~FileDescriptor() {
+    const CancellationOff off;
     if (m_number >= 0) close(m_number);
   }
   int Get() const { return m_number; }

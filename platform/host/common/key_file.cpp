@@ -10,6 +10,7 @@ namespace tav_host {
 
 KeyFile::KeyFile(const char* tag, const char* name)
     : m_tag(tag), m_path(DeviceRoot() + "/" + name), m_file(g_key_file_new()) {
+  const WholeOrCancelled whole;
   GErrorPtr error;
   if (g_key_file_load_from_file(m_file.get(), m_path.c_str(), G_KEY_FILE_NONE, Out(error))) return;
   dlog_print(DLOG_ERROR, m_tag, "cannot read %s: %s", m_path.c_str(), error->message);

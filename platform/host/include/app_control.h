@@ -12,12 +12,12 @@
 extern "C" {
 #endif
 
-enum {
+typedef enum app_control_error_e {
   APP_CONTROL_ERROR_NONE = 0,
   APP_CONTROL_ERROR_FAILED = -1,
   APP_CONTROL_ERROR_INVALID_PARAMETER = -2, /* a null argument */
   APP_CONTROL_ERROR_KEY_NOT_FOUND = -3
-};
+} app_control_error_e;
 
 typedef struct app_control_s* app_control_h;
 

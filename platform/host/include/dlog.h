@@ -19,7 +19,7 @@
 extern "C" {
 #endif
 
-typedef enum {
+typedef enum log_priority {
   DLOG_UNKNOWN = 0,
   DLOG_DEFAULT,
   DLOG_VERBOSE,

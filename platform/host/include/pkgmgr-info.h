@@ -16,11 +16,11 @@
 extern "C" {
 #endif
 
-enum {
+typedef enum pkgmgrinfo_error_e {
   PMINFO_R_OK = 0,
   PMINFO_R_ERROR = -1, /* no such package or entry, or packages.ini cannot be read */
   PMINFO_R_EINVAL = -2 /* a null argument, or a handle of another kind */
-};
+} pkgmgrinfo_error_e;
 
 typedef void* pkgmgrinfo_pkginfo_h;
 typedef void* pkgmgrinfo_appinfo_h;

@@ -15,14 +15,14 @@
 extern "C" {
 #endif
 
-enum {
+typedef enum system_info_error_e {
   SYSTEM_INFO_ERROR_NONE = 0,
   SYSTEM_INFO_ERROR_FAILED = -1,           /* missing, unreadable or of another type */
   SYSTEM_INFO_ERROR_INVALID_PARAMETER = -2 /* a null argument */
-};
+} system_info_error_e;
 
 /* The lowest and the highest enumerator make room for every number that an int can carry. */
-typedef enum {
+typedef enum system_info_key_e {
   SYSTEM_INFO_KEY_LOWEST = -2147483647 - 1,
   SYSTEM_INFO_KEY_DEVICE_GRADE = 701,
   SYSTEM_INFO_KEY_HIGHEST = 2147483647

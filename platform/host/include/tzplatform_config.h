@@ -13,13 +13,13 @@ extern "C" {
 #endif
 
 /* The lowest and the highest enumerator make room for every number that an int can carry. */
-enum tzplatform_variable {
+typedef enum tzplatform_variable {
   TZPLATFORM_VARIABLE_LOWEST = -2147483647 - 1,
   TZPLATFORM_DATA_DIRECTORY = 2,
   TZPLATFORM_DATABASE_DIRECTORY = 24,
   TZPLATFORM_CONFIGURATION_DIRECTORY = 27,
   TZPLATFORM_VARIABLE_HIGHEST = 2147483647
-};
+} tzplatform_variable;
 
 /*
  * The directory's path, or null for a number without one. The text lasts as long as the process.

@@ -7,7 +7,8 @@
  * <device root>/vconf/<key>: the type ("int" or "string") on the first line, then the value and
  * one newline. A file is replaced in one step; no reader sees half a value.
  *
- * Every function may be called from any thread. Where nothing else is said the result is VCONF_OK
+ * Every function may be called from any thread; one that is cancelled ends before a call or after
+ * it, never in its midst. Where nothing else is said the result is VCONF_OK
  * or, with the cause in the log, VCONF_ERROR. A null key, value or callback is refused.
  */
 #ifndef VCONF_H_
