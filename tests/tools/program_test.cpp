@@ -22,6 +22,12 @@ struct SqliteDeleter {
   void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
 };
 
+void ExecuteOn(sqlite3* database, const std::string& sql) {
+  if (sqlite3_exec(database, sql.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK) {
+    throw std::runtime_error(sqlite3_errmsg(database));
+  }
+}
+
 const char* TypeName(int type) {
   switch (type) {
     case SQLITE_TEXT:
@@ -128,6 +134,22 @@ std::vector<std::vector<std::string>> Query(const fs::path& database, const std:
     }
   }
   return rows;
+}
+
+void Execute(const fs::path& database, const std::string& sql) {
+  sqlite3* opened = nullptr;
+  sqlite3_open_v2(database.c_str(), &opened, SQLITE_OPEN_READWRITE, nullptr);
+  const std::unique_ptr<sqlite3, SqliteDeleter> handle(opened);
+  ExecuteOn(opened, sql);
+}
+
+ExclusiveTransaction::ExclusiveTransaction(const fs::path& database) {
+  sqlite3_open_v2(database.c_str(), &m_database, SQLITE_OPEN_READWRITE, nullptr);
+  ExecuteOn(m_database, "begin exclusive");
+}
+
+ExclusiveTransaction::~ExclusiveTransaction() {
+  sqlite3_close(m_database);
 }
 
 }  // namespace test

@@ -13,6 +13,8 @@
 
 #include "program.h"
 
+struct sqlite3;
+
 namespace test {
 
 class ProgramTest : public testing::Test {
@@ -50,6 +52,21 @@ std::string ReadFile(const std::filesystem::path& path);
 // The rows of a query as texts, each value behind its SQLite type: "text:a", "integer:1", "null:".
 std::vector<std::vector<std::string>> Query(const std::filesystem::path& database,
                                             const std::string& sql);
+
+// Runs statements that change a database.
+void Execute(const std::filesystem::path& database, const std::string& sql);
+
+// Keeps everybody else from a database while it lives.
+class ExclusiveTransaction {
+ public:
+  explicit ExclusiveTransaction(const std::filesystem::path& database);
+  ~ExclusiveTransaction();
+  ExclusiveTransaction(const ExclusiveTransaction&) = delete;
+  ExclusiveTransaction& operator=(const ExclusiveTransaction&) = delete;
+
+ private:
+  sqlite3* m_database = nullptr;
+};
 
 }  // namespace test
 

@@ -1,12 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 //
 // tavctl info: how it finds an app, what it prints, and what its exit status says.
-#include <json/reader.h>
 #include <json/value.h>
-#include <sqlite3.h>
 
-#include <memory>
-
+#include "json_text.h"
 #include "program_test.h"
 
 namespace test {
@@ -58,18 +55,6 @@ constexpr char kFullRecord[] = R"({
   "is_icon_mutlilang_support": 1029, "is_transparent_support": 1024,
   "is_partial_overlay_support": 1025, "is_websdi_support": 1026, "is_disk_cache": 1027,
   "is_force_launch_support": -1028, "launch_type": 1030})";
-
-Json::Value Parse(const std::string& text) {
-  Json::CharReaderBuilder strict;
-  Json::CharReaderBuilder::strictMode(&strict.settings_);
-  const std::unique_ptr<Json::CharReader> reader(strict.newCharReader());
-  Json::Value value;
-  std::string errors;
-  if (!reader->parse(text.data(), text.data() + text.size(), &value, &errors)) {
-    ADD_FAILURE() << errors << text;
-  }
-  return value;
-}
 
 // The record of an app of which nothing but the id is known.
 Json::Value BareRecord(const std::string& id) {
@@ -200,12 +185,7 @@ TEST_F(TavctlInfo, DropsTheRestOfACharacterThatTheRecordCutsInTwo) {
 
 TEST_F(TavctlInfo, ReplacesBytesThatAreNoText) {
   MakeDevice(R"({"apps": [{"id": "a"}]})");
-  sqlite3* database = nullptr;
-  ASSERT_EQ(sqlite3_open(DatabaseFile().c_str(), &database), SQLITE_OK);
-  EXPECT_EQ(sqlite3_exec(database, "update widgetinfo set title = cast(x'61ff62c3' as text)",
-                         nullptr, nullptr, nullptr),
-            SQLITE_OK);
-  sqlite3_close(database);
+  Execute(DatabaseFile(), "update widgetinfo set title = cast(x'61ff62c3' as text)");
   EXPECT_EQ(JsonOf({"a"})["app_title"].asString(), "a\uFFFDb");
 }
 
@@ -235,12 +215,9 @@ TEST_F(TavctlInfo, FailsWithoutADatabase) {
 
 TEST_F(TavctlInfo, TellsABusyDatabaseFromOtherFailures) {
   MakeDevice(kTwoApps);
-  sqlite3* database = nullptr;
-  ASSERT_EQ(sqlite3_open(DatabaseFile().c_str(), &database), SQLITE_OK);
-  EXPECT_EQ(sqlite3_exec(database, "begin exclusive", nullptr, nullptr, nullptr), SQLITE_OK);
+  const ExclusiveTransaction busy(DatabaseFile());
   EXPECT_EQ(Tavctl({"info", "org.example.full"}),
             (Result{3, "", "tavctl: the database stayed busy\n"}));
-  sqlite3_close(database);
 }
 
 }  // namespace

@@ -19,6 +19,10 @@ enum ExitStatus {
   kBusy = 3,
 };
 
+// What the library answers when it did not do its work.
+inline constexpr int kLibraryFailed = -1;
+inline constexpr int kLibraryBusy = -2;
+
 // Ends a subcommand: main prints the text and exits with the status.
 class CommandError : public std::runtime_error {
  public:
@@ -30,11 +34,17 @@ class CommandError : public std::runtime_error {
   ExitStatus m_status;
 };
 
-// Throws what a failed call of the library means: -2 is busy, every other failure has its cause
-// in the platform log alone. Does nothing for 0.
+// Throws what a failed call of the library means: busy, or the refusal; every failure but busy has
+// its cause in the platform log alone. Does nothing for 0.
 void CheckResult(int result, const std::string& refusal);
 
+// CheckResult for a lookup by one kind of key.
+void CheckFound(int result, const std::string& kind, const std::string& key);
+
 // Each runs its work from CLI11's callback and throws CommandError.
+void AddCountCommand(CLI::App& app);
 void AddInfoCommand(CLI::App& app);
+void AddListCommand(CLI::App& app);
+void AddShowPropertyCommand(CLI::App& app);
 
 #endif  // TOOLS_TAVCTL_COMMANDS_H_

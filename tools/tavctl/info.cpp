@@ -1,13 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 //
 // tavctl info: one app's record, for people or as JSON.
-#include <json/value.h>
-
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cstring>
-#include <iomanip>
-#include <iostream>
 #include <memory>
 #include <string>
 #include <vector>
@@ -15,6 +11,7 @@
 #include "commands.h"
 #include "output.h"
 #include "record_fields.h"
+#include "record_json.h"
 #include "tav_db_api.h"
 
 namespace {
@@ -53,21 +50,8 @@ tav_app_info_s Find(const Options& options) {
   const auto* lookup = std::find_if(std::begin(kLookups), std::end(kLookups),
                                     [&](const Lookup& l) { return options.kind == l.kind; });
   tav_app_info_s info = {};
-  CheckResult(lookup->find(options.id.c_str(), &info),
-              "no app with the " + options.kind + " \"" + Printable(options.id) + "\" was found");
+  CheckFound(lookup->find(options.id.c_str(), &info), options.kind, options.id);
   return info;
-}
-
-Json::Value ToJson(const tav_app_info_s& info) {
-  Json::Value object(Json::objectValue);
-  for (const RecordField& field : kRecordFields) {
-    if (field.kind == FieldKind::kText) {
-      object[field.name] = ValidUtf8(TextOf(info, field));
-    } else {
-      object[field.name] = IntegerOf(info, field);
-    }
-  }
-  return object;
 }
 
 bool IsFirst(const RecordField& field) {
@@ -89,18 +73,14 @@ std::vector<const RecordField*> ReadingOrder() {
 }
 
 void PrintReadable(const tav_app_info_s& info) {
-  std::size_t width = 0;
-  for (const RecordField& field : kRecordFields) {
-    width = std::max(width, std::strlen(field.name));
-  }
+  std::vector<NamedText> lines;
   for (const RecordField* field : ReadingOrder()) {
     const std::string value = field->kind == FieldKind::kText
                                   ? Printable(TextOf(info, *field))
                                   : std::to_string(IntegerOf(info, *field));
-    if (value.empty()) continue;
-    std::cout << std::left << std::setw(static_cast<int>(width)) << field->name << "  " << value
-              << "\n";
+    if (!value.empty()) lines.push_back({field->name, value});
   }
+  PrintAligned(lines);
 }
 
 void RunInfo(const Options& options) {

@@ -9,13 +9,17 @@
 #include <string>
 
 #include "commands.h"
+#include "output.h"
 #include "tav_db_api.h"
 
 namespace {
 
 constexpr char kFooter[] = R"(Examples:
+  tavctl list --view title
+  tavctl count --type 2
   tavctl info org.example.clock
   tavctl info --by run-title HarbourNews --json
+  tavctl show-property org.example.clock
 
 Exit status: 0 done; 1 refused, not found, or the output could not be written;
 2 wrong usage; 3 the database stayed busy. The causes stand in the platform log.)";
@@ -36,7 +40,10 @@ int Run(int argc, char** argv) {
   app.set_version_flag("--version", "tavctl " TAV_VERSION);
   app.require_subcommand(1);
   app.parse_complete_callback(CheckRecordLayout);
+  AddListCommand(app);
+  AddCountCommand(app);
   AddInfoCommand(app);
+  AddShowPropertyCommand(app);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
@@ -49,8 +56,12 @@ int Run(int argc, char** argv) {
 
 void CheckResult(int result, const std::string& refusal) {
   if (result == 0) return;
-  if (result == -2) throw CommandError(kBusy, "the database stayed busy");
+  if (result == kLibraryBusy) throw CommandError(kBusy, "the database stayed busy");
   throw CommandError(kRefused, refusal + ", or the call was refused; the platform log says why");
+}
+
+void CheckFound(int result, const std::string& kind, const std::string& key) {
+  CheckResult(result, "no app with the " + kind + " \"" + Printable(key) + "\" was found");
 }
 
 int main(int argc, char** argv) {

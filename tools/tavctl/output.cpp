@@ -7,7 +7,10 @@
 #include <json/value.h>
 #include <json/writer.h>
 
+#include <algorithm>
 #include <cstdio>
+#include <cstring>
+#include <iomanip>
 #include <iostream>
 
 namespace {
@@ -33,6 +36,11 @@ std::string Escaped(gunichar c) {
   char escaped[8];
   std::snprintf(escaped, sizeof(escaped), c < 0x80 ? "\\x%02x" : "\\u%04x", c & 0xffffu);
   return escaped;
+}
+
+std::size_t WidthOf(gunichar c) {
+  if (g_unichar_iszerowidth(c)) return 0;
+  return g_unichar_iswide(c) ? 2 : 1;
 }
 
 }  // namespace
@@ -70,6 +78,37 @@ std::string Printable(const std::string& text) {
     at = next;
   }
   return printable;
+}
+
+std::size_t TerminalWidth(const std::string& text) {
+  std::size_t width = 0;
+  for (const char* at = text.c_str(); *at != '\0'; at = g_utf8_next_char(at)) {
+    width += WidthOf(g_utf8_get_char(at));
+  }
+  return width;
+}
+
+std::string CutToWidth(const std::string& text, std::size_t width) {
+  if (TerminalWidth(text) <= width) return text;
+  const char* end = text.c_str();
+  for (std::size_t left = width - 1; WidthOf(g_utf8_get_char(end)) <= left;) {
+    left -= WidthOf(g_utf8_get_char(end));
+    end = g_utf8_next_char(end);
+  }
+  return std::string(text.c_str(), end) + "\u2026";
+}
+
+const char* YesOrNo(bool value) {
+  return value ? "yes" : "no";
+}
+
+void PrintAligned(const std::vector<NamedText>& lines) {
+  std::size_t width = 0;
+  for (const NamedText& line : lines) width = std::max(width, std::strlen(line.name));
+  for (const NamedText& line : lines) {
+    std::cout << std::left << std::setw(static_cast<int>(width)) << line.name << "  " << line.text
+              << "\n";
+  }
 }
 
 void PrintJson(const Json::Value& value) {

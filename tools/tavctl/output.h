@@ -4,7 +4,9 @@
 #ifndef TOOLS_TAVCTL_OUTPUT_H_
 #define TOOLS_TAVCTL_OUTPUT_H_
 
+#include <cstddef>
 #include <string>
+#include <vector>
 
 namespace Json {
 class Value;
@@ -18,6 +20,23 @@ std::string ValidUtf8(const std::string& text);
 // characters, line separators and marks that turn the writing direction become \n, \x1b or
 // \u202e, a backslash becomes \\.
 std::string Printable(const std::string& text);
+
+// How many of a terminal's columns the text takes: two for a wide character, none for one that
+// joins another. The text is Printable's.
+std::size_t TerminalWidth(const std::string& text);
+
+// The text, or as much of its beginning as leaves room for an ellipsis, in at most width columns.
+std::string CutToWidth(const std::string& text, std::size_t width);
+
+const char* YesOrNo(bool value);
+
+struct NamedText {
+  const char* name;
+  std::string text;  // Printable's
+};
+
+// Writes one line for each text to standard output, the texts below one another.
+void PrintAligned(const std::vector<NamedText>& lines);
 
 // Writes the value to standard output, indented, with a newline at the end.
 void PrintJson(const Json::Value& value);

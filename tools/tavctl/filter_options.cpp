@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: Apache-2.0
+//
+// The options that choose which apps are listed or counted.
+#include "filter_options.h"
+
+#include <CLI/CLI.hpp>
+
+std::vector<CLI::Option*> AddFilterOptions(CLI::App& command, tav_app_filter_s& filter) {
+  filter = {kEveryApp, 0, kEveryApp};
+  return {
+      command
+          .add_option(
+              "--featured", filter.featured,
+              "Only apps with one of these kinds, the sum of some of 1, 2, 4 and 8; 3 takes "
+              "8 as well (default: 65535, all)")
+          ->option_text("N"),
+      command
+          .add_option("--type", filter.app_type,
+                      "Only apps of these types, 2, 4 or 6 for both (default: 65535, all)")
+          ->option_text("N"),
+  };
+}

@@ -1,0 +1,245 @@
+// SPDX-License-Identifier: Apache-2.0
+//
+// tavctl list: the library's lists as a table, as JSON or as comma-separated values.
+#include <json/value.h>
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <cstring>
+#include <limits>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "commands.h"
+#include "device/schema.h"
+#include "filter_options.h"
+#include "malloc_ptr.h"
+#include "output.h"
+#include "record_json.h"
+#include "table.h"
+#include "tav_db_api.h"
+
+namespace {
+
+struct View {
+  const char* name;
+  int mode;
+};
+
+constexpr View kViews[] = {
+    {"most-used", TAV_APP_VIEWMODE_MOST_USED},
+    {"catalogue", TAV_APP_VIEWMODE_CATALOGUE},
+    {"last-downloaded", TAV_APP_VIEWMODE_LAST_DOWNLOADED},
+    {"title", TAV_APP_VIEWMODE_TITLE},
+    {"title-desc", TAV_APP_VIEWMODE_TITLE_DESCENDING},
+    {"recent", TAV_APP_VIEWMODE_RECENTLY_LAUNCHED},
+};
+
+constexpr std::size_t kWidestTitle = 40;
+
+constexpr TableColumn kInfoColumns[] = {
+    {"ID", "app_id"},
+    {"TITLE", "app_title", Shown::kText, kWidestTitle},
+    {"VERSION", "app_version"},
+    {"RUN TITLE", "app_runtitle"},
+    {"TYPE", "type"},
+    {"LOCK", "is_lock", Shown::kFlag},
+    {"INDEX", "app_index", Shown::kNumber},
+    {"USES", "use_count", Shown::kNumber},
+};
+constexpr TableColumn kHiddenColumn = {"HIDDEN", "is_hidden", Shown::kFlag};
+constexpr TableColumn kMultiScreenColumns[] = {
+    {"ID", "app_id"},
+    {"MULTI SCREEN", "is_multi_screen2", Shown::kNumber},
+};
+
+constexpr char kUnreadable[] = "the list cannot be read";
+constexpr char kRefusedPage[] = "the filter is not valid, or the offset is past the last app";
+
+constexpr char kFooter[] =
+    R"(VIEW is most-used, catalogue, last-downloaded, title, title-desc or recent, or
+the number 0 to 5 that stands for it. With last-downloaded, --offset and --limit
+cut the catalogue first, and what is left is put in order; with --multi-screen
+as well, the order is that of the install dates.
+
+COLUMN is the exact name of a column of the service's apps table, for example
+is_lock, is_usb_app or is_hidden. Like --all, --key shows hidden apps.
+
+The table writes control characters in titles out, for example \n or \x1b, and
+cuts long titles on a terminal. --csv is RFC 4180: a header, lines that end in
+CR LF, quotes where they are needed, texts as they are. --json and --csv hold
+every field of a record, by its name in tav_app_info_s. An empty list is
+no failure.
+
+Examples:
+  tavctl list
+  tavctl list --view title --offset 20 --limit 10
+  tavctl list --type 4 --csv
+  tavctl list --all --json
+  tavctl list --recent 3
+  tavctl list --key is_usb_app)";
+
+struct Options {
+  tav_app_filter_s filter;
+  int view = TAV_APP_VIEWMODE_CATALOGUE;
+  int offset = -1;  // no paging
+  int limit = 0;    // all
+  bool all = false;
+  bool multi_screen = false;
+  std::optional<int> recent;
+  std::optional<std::string> key;
+  bool json = false;
+  bool csv = false;
+};
+
+// A list as JSON objects, and how people and programs see it.
+struct Listing {
+  Json::Value rows = Json::Value(Json::arrayValue);
+  std::vector<TableColumn> columns;
+  std::vector<std::string> names;
+};
+
+// Apps that go away while the library reads its list leave zeroed records at the end.
+template <typename Record>
+bool IsLeftEmpty(const Record& record) {
+  const Record empty = {};
+  return std::memcmp(&record, &empty, sizeof(record)) == 0;
+}
+
+// call(Record** list, int* count) is one of the library's lists.
+template <typename Record, typename Call>
+Json::Value Read(const char* refusal, Call call) {
+  Record* list = nullptr;
+  int count = 0;
+  const int result = call(&list, &count);
+  const MallocPtr<Record> owner(list);
+  CheckResult(result, refusal);
+  while (count > 0 && IsLeftEmpty(list[count - 1])) --count;
+  Json::Value rows(Json::arrayValue);
+  for (int i = 0; i < count; ++i) rows.append(ToJson(list[i]));
+  return rows;
+}
+
+Json::Value ReadInfos(const Options& options) {
+  using Info = tav_app_info_s;
+  if (options.all) return Read<Info>(kUnreadable, tav_get_all_app_list);
+  if (options.recent) {
+    return Read<Info>(kUnreadable, [&](Info** list, int* count) {
+      return tav_get_recently_used_app_list(*options.recent, list, count);
+    });
+  }
+  if (options.key) {
+    return Read<Info>(kUnreadable, [&](Info** list, int* count) {
+      return tav_get_key_list(*options.key, options.limit, list, count);
+    });
+  }
+  return Read<Info>(kRefusedPage, [&](Info** list, int* count) {
+    return tav_get_app_list(options.filter, static_cast<tav_app_viewmode_e>(options.view),
+                            options.offset, options.limit, list, count);
+  });
+}
+
+Listing InfoListing(const Options& options) {
+  Listing listing;
+  listing.rows = ReadInfos(options);
+  listing.columns.assign(std::begin(kInfoColumns), std::end(kInfoColumns));
+  if (options.all || options.key) listing.columns.push_back(kHiddenColumn);
+  listing.names = InfoFieldNames();
+  return listing;
+}
+
+Listing MultiScreenListing(const Options& options) {
+  Listing listing;
+  listing.rows = Read<tav_app_ms_s>(kRefusedPage, [&](tav_app_ms_s** list, int* count) {
+    return tav_get_app_list_ms(options.filter, static_cast<tav_app_viewmode_e>(options.view),
+                               options.offset, options.limit, list, count);
+  });
+  listing.columns.assign(std::begin(kMultiScreenColumns), std::end(kMultiScreenColumns));
+  listing.names = MultiScreenFieldNames();
+  return listing;
+}
+
+void RunList(const Options& options) {
+  const Listing listing = options.multi_screen ? MultiScreenListing(options) : InfoListing(options);
+  if (options.json) {
+    PrintJson(listing.rows);
+  } else if (options.csv) {
+    PrintCsv(listing.names, listing.rows);
+  } else {
+    PrintTable(listing.columns, listing.rows);
+  }
+}
+
+// The library puts the name into its statement as it is: no other text may reach it.
+std::string CheckColumn(const std::string& name) {
+  const bool is_known =
+      std::any_of(std::begin(tav_device::kAppColumns), std::end(tav_device::kAppColumns),
+                  [&](const tav_device::Column& column) { return name == column.name; });
+  return is_known ? "" : "the apps table has no column \"" + Printable(name) + "\"";
+}
+
+// Puts the mode in a view's place, as a number. Returns what is wrong, or nothing.
+std::string TranslateView(std::string& view) {
+  for (const View& known : kViews) {
+    const std::string mode = std::to_string(known.mode);
+    if (view != known.name && view != mode) continue;
+    view = mode;
+    return "";
+  }
+  return "there is no view \"" + Printable(view) + "\"";
+}
+
+void Exclude(CLI::Option* option, const std::vector<CLI::Option*>& others) {
+  for (CLI::Option* other : others) option->excludes(other);
+}
+
+void AddSelection(CLI::App& command, Options& options) {
+  const CLI::Range from_zero(0, std::numeric_limits<int>::max());
+  std::vector<CLI::Option*> paged = AddFilterOptions(command, options.filter);
+  paged.push_back(command.add_option("--view", options.view, "The order (default: catalogue)")
+                      ->option_text("VIEW")
+                      ->transform(CLI::Validator(TranslateView, "")));
+  paged.push_back(command.add_option("--offset", options.offset, "Leave the first N apps out")
+                      ->option_text("N")
+                      ->check(from_zero));
+  CLI::Option* limit =
+      command.add_option("--limit", options.limit, "At most N apps (default: 0, all)")
+          ->option_text("N")
+          ->check(from_zero);
+  paged.push_back(
+      command.add_flag("--multi-screen", options.multi_screen, "Multi-screen records instead"));
+
+  CLI::Option* all = command.add_flag("--all", options.all,
+                                      "All apps, hidden ones as well, the last downloaded first");
+  CLI::Option* recent =
+      command
+          .add_option("--recent", options.recent,
+                      "The N used apps that were launched last; 0: all that were used")
+          ->option_text("N")
+          ->check(from_zero);
+  CLI::Option* key = command.add_option("--key", options.key, "The apps whose COLUMN is 1")
+                         ->option_text("COLUMN")
+                         ->check(CheckColumn);
+  Exclude(key, paged);
+  paged.push_back(limit);
+  Exclude(recent, paged);
+  Exclude(all, paged);
+  Exclude(all, {recent, key});
+  recent->excludes(key);
+}
+
+}  // namespace
+
+void AddListCommand(CLI::App& app) {
+  CLI::App* command = app.add_subcommand("list", "List the apps");
+  const auto options = std::make_shared<Options>();
+  AddSelection(*command, *options);
+  CLI::Option* json =
+      command->add_flag("--json", options->json, "Print a JSON array of objects with all fields");
+  command->add_flag("--csv", options->csv, "Print comma-separated values with all fields")
+      ->excludes(json);
+  command->footer(kFooter);
+  command->callback([options] { RunList(*options); });
+}
