@@ -301,6 +301,58 @@ TAV_API int tav_check_app_installed_by_runtitle(const char* runTitle, int* statu
  */
 TAV_API int tav_get_emanual_id(char** appId);
 
+/* ---- Changes through the service ----
+ *
+ * Each asks the service over the system bus, which costs two round trips of at most 10 s each;
+ * the first request of a process also connects and makes the client known, up to 10 s each. The
+ * lock is held meanwhile, so that reads of other threads wait. -1 stands for every failure:
+ * refused, no bus, no service, no answer in time, an answer of the wrong kind, or the service's
+ * own refusal. A bus or a service that comes back serves the next call.
+ */
+
+/* The mode of the news ticker. Returns 0 and sets *tickerMode. */
+TAV_API int tav_get_ticker_mode(int* tickerMode);
+
+/* Sets the mode of the news ticker. */
+TAV_API int tav_set_ticker_mode(int tickerMode);
+
+/*
+ * Locks the app for isLock above 0, else unlocks it, and tells those who watch the list of apps.
+ * Refused during a factory reset and while the package manager recovers. Returns 0 also when
+ * only the telling failed.
+ */
+TAV_API int tav_set_app_lock(const char* appId, int isLock);
+
+/*
+ * Rates an installed app, and tells those who watch the list of apps. Refused as
+ * tav_set_app_lock. Returns 0, -1, or -2 when the database stayed busy.
+ */
+TAV_API int tav_set_app_rating(const char* appId, int rating);
+
+/* Counts a use of the app. Refused while the package manager recovers. */
+TAV_API int tav_db_update_app_use_count(const char* appId);
+
+/* Marks the app as updated. Refused while the package manager recovers. */
+TAV_API int tav_db_set_app_updated(const char* appId);
+
+/* ---- Whether an app is being installed ----
+ *
+ * These two read the database, one lock for each app they look at. appId may be the app's id,
+ * Tizen id, package name, native id or Android id.
+ */
+
+/*
+ * Whether the app is being updated. Returns 0 when it is; -1 when it is not, there is no such
+ * app, the id is null or empty, or reads are refused.
+ */
+TAV_API int tav_check_update_popup(const char* appId);
+
+/*
+ * Whether the app, or one that it requires, is being installed or updated. Results as
+ * tav_check_update_popup.
+ */
+TAV_API int tav_db_check_app_installing(const char* appId);
+
 #ifdef __cplusplus
 }
 

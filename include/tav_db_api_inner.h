@@ -5,7 +5,84 @@
 #ifndef TAV_DB_API_INNER_H_
 #define TAV_DB_API_INNER_H_
 
+#include <map>
+#include <string>
+
 #include "tav_db_api.h"
+
+// One app as the platform's components exchange it: a row of the apps table, an entry of the
+// built-in catalogue or a test app. Texts are whole, whatever their length.
+struct _APPS_INNER_INFO_T {
+  std::string strAppID;
+  std::string strTitle;
+  std::string strInstallPath;
+  std::string strIconPath;
+  std::string strIconPath2;
+  std::string strVersion;
+  std::string strInstallDate;
+  std::string strTizenID;
+  std::string strPackageName;
+  std::string strCategory;
+  std::string strAppCategory;
+  std::string strRunTitle;
+  std::string strType;
+  std::string strIconPath3;
+  std::string strGamepad;
+  std::string strIconPath4;
+  std::string strAmbientScreenSupport;
+  std::string strIconPath5;
+  std::string strHbbTV;
+  std::string strNativeID;
+  std::string strWaitingScreenType;
+  std::string strLaunchUserData;
+  std::string strContentID;
+  std::string strReservedString10;
+  std::string strReservedString11;
+  std::string strAndroidID;
+  std::string strHomeRecentPolicy;
+  std::string strOrderType;
+  std::string strTargetGroupTag;
+  std::string strTargetGroupType;
+  std::string strAndroidExtraData;
+  int iSize = 0;
+  int iUseCount = 0;
+  int iIndex = 0;
+  int iFeatured = 0;
+  int iAppType = 0;
+  int iInstallState = 0;
+  int iIsHidden = 0;
+  int iIsSupportVoice = 0;
+  int iIsSupportGesture = 0;
+  int iIsNetwork = 0;
+  int iIsRemovable = 0;
+  int iIsDisplay = 0;
+  int iIsLock = 0;
+  int iIsPremiumGame = 0;
+  int iIsNeedLogin = 0;
+  int iIsNeedUpdate = 0;
+  int iIsUpdated = 0;
+  int iIsTicker = 0;
+  int iIsMultiScreen2 = 0;
+  int iIsMultiTasking = 0;
+  int iIsUsbApp = 0;
+  int iIsAgeAuth = 0;
+  int iAgeLimit = 0;
+  int iIsNeedUninstall = 0;
+  int iIsIconMultilangSupport = 0;
+  int iIsTransparentSupport = 0;
+  int iIsPartialOverlaySupport = 0;
+  int iIsWebsdiSupport = 0;
+  int iIsDiskCache = 0;
+  int iIsForceLaunchSupport = 0;
+  int iLaunchType = 0;
+  int iSourceType = 1;
+  bool bReserved10 = false;
+  bool bReserved11 = false;
+  bool bReserved15 = false;
+  bool bIsDisableDelete = false;
+  bool bIsMultiHome = false;
+  bool bIsAppDrm = false;
+};
 
 // The two lookups below take no lock: inside the library they run in a section that holds it.
 // From outside, no other function of the library may run in the process at the same time.
@@ -19,5 +96,12 @@ TAV_API int m_tav_get_app_info(const char* app_id, tav_app_info_s* info);
 // Fills *info with the app whose run title is run_title; note the order of the arguments.
 // Results as m_tav_get_app_info.
 TAV_API int GetAppInfoByRuntitle(tav_app_info_s* info, const char* run_title);
+
+// Cuts text at every character that occurs in itemSeparator into items, and each item at the
+// first character that occurs in pairSeparator into a key and a value, which are added to out;
+// the first value of a key stays. An item without a pair separator is skipped. With an empty
+// pairSeparator each item is a key with an empty value. An empty text adds nothing. No lock.
+TAV_API void ParseStringToList(std::string text, std::string itemSeparator,
+                               std::string pairSeparator, std::map<std::string, std::string>& out);
 
 #endif  // TAV_DB_API_INNER_H_

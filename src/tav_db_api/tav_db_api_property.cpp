@@ -238,7 +238,10 @@ int tav_get_emanual_id(char** appId) try {
   const int result = DatabaseEmanualId(value);
   if (result != 0) return result;
   id.reset(strdup(value));
-  if (id == nullptr) return kFailed;
+  if (id == nullptr) {
+    TAV_LOGE("emanual id malloc is NULL");
+    return kFailed;
+  }
   *appId = id.release();
   return 0;
 } catch (...) {

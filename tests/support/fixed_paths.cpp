@@ -11,7 +11,8 @@
 
 namespace {
 
-constexpr const char* kFixedPaths[] = {"/opt/dbspace/pkgreinstall"};
+constexpr const char* kFixedPaths[] = {"/opt/dbspace/pkgreinstall", "/run/tav_ready",
+                                       "/tmp/FACTORY_PRODCUTION"};
 
 std::string Moved(const char* path) {
   const char* root = std::getenv("TAV_DEVICE_ROOT");

@@ -117,8 +117,10 @@ TEST_F(SandboxProgram, ShowsExamplesAndExitStatusesInItsHelp) {
 
 TEST_F(SandboxProgram, CallsAWrongCommandLineWrongUsage) {
   for (const std::vector<std::string>& arguments :
-       {Names{}, Names{"--create"}, Names{"--nonsense"}, Names{"--create", Device(), "extra"},
-        Names{"--seed", DEFAULT_SEED}}) {
+       {Names{"--create"}, Names{"--create", ""}, Names{"--nonsense"}, Names{"true"},
+        Names{"--create", Device(), "extra"}, Names{"--create", Device(), "--", "true"},
+        Names{"--create", Device(), "--service-option", "--verbose"},
+        Names{"--create", Device(), "--ready-file", "none"}}) {
     const Result result = Sandbox(arguments);
     EXPECT_EQ(result.status, 2) << result;
     EXPECT_EQ(result.out, "");

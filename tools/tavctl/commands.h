@@ -42,6 +42,7 @@ void CheckResult(int result, const std::string& refusal);
 void CheckFound(int result, const std::string& kind, const std::string& key);
 
 // Each runs its work from CLI11's callback and throws CommandError.
+void AddChangeCommands(CLI::App& app);
 void AddCountCommand(CLI::App& app);
 void AddInfoCommand(CLI::App& app);
 void AddListCommand(CLI::App& app);

@@ -20,6 +20,7 @@ constexpr char kFooter[] = R"(Examples:
   tavctl info org.example.clock
   tavctl info --by run-title HarbourNews --json
   tavctl show-property org.example.clock
+  tavctl lock org.example.clock
 
 Exit status: 0 done; 1 refused, not found, or the output could not be written;
 2 wrong usage; 3 the database stayed busy. The causes stand in the platform log.)";
@@ -44,8 +45,11 @@ int Run(int argc, char** argv) {
   AddCountCommand(app);
   AddInfoCommand(app);
   AddShowPropertyCommand(app);
+  AddChangeCommands(app);
   try {
     app.parse(argc, argv);
+  } catch (const CLI::RuntimeError& answer) {
+    return answer.get_exit_code();  // a command's own status, with its output made
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? kSuccess : kUsage;
   }

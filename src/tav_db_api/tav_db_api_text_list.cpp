@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: Apache-2.0
+//
+// Lists that are kept as texts.
+#include <algorithm>
+
+#include "tav_common/tav_log.h"
+#include "tav_db_api_inner.h"
+
+namespace {
+
+void AddItem(const std::string& item, const std::string& pair_separator,
+             std::map<std::string, std::string>& out) {
+  std::string key = item;
+  std::string value;
+  if (!pair_separator.empty()) {
+    const std::size_t at = item.find_first_of(pair_separator);
+    if (at == std::string::npos) return;
+    key = item.substr(0, at);
+    value = item.substr(at + 1);
+  }
+  TAV_LOGI("find %s %s", key.c_str(), value.c_str());
+  out.emplace(key, value);  // the first value of a key stays
+}
+
+}  // namespace
+
+void ParseStringToList(std::string text, std::string itemSeparator, std::string pairSeparator,
+                       std::map<std::string, std::string>& out) {
+  if (text.empty()) {
+    TAV_LOGW("String is empty!");
+    return;
+  }
+  // A separator ends an item; the last item may do without.
+  for (std::size_t start = 0; start < text.size();) {
+    const std::size_t end = std::min(text.find_first_of(itemSeparator, start), text.size());
+    AddItem(text.substr(start, end - start), pairSeparator, out);
+    start = end + 1;
+  }
+}

@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "tav_db_api/tav_db_client_inner.h"
+
+#include "tav_common/tav_arguments.h"
+#include "tav_db_api/tav_db_client_age_rating.h"
+#include "tav_db_api/tav_db_client_app_info.h"
+#include "tav_db_api/tav_db_client_checks.h"
+#include "tav_db_api/tav_db_client_inner_fields.h"
+
+namespace {
+
+// Fills a record from the current row. Each of the two readers leaves one column alone.
+void SetInnerInfo(_APPS_INNER_INFO_T& app, ColumnIndex left_alone, AgeRating& rating)
+    REQUIRES(g_Mute) {
+  for (const auto& field : kInnerTexts) app.*field.member = GetStringFromResult(field.column);
+  for (const auto& field : kInnerIntegers) {
+    if (field.column != left_alone) app.*field.member = GetIntegerFromResult(field.column);
+  }
+  for (const auto& field : kInnerFlags) {
+    if (field.column != left_alone) app.*field.member = GetIntegerFromResult(field.column) != 0;
+  }
+  // Without a limit the flag stays as the column has it, 0, 1 or anything else.
+  if (const auto is_locked = rating.Locks(app.iAgeLimit)) {
+    app.iIsLock = *is_locked || app.iIsLock != 0 ? 1 : 0;
+  }
+}
+
+}  // namespace
+
+int m_GetAppsTableInnerInfo(_APPS_INNER_INFO_T* ptAppInfo, const std::string& strParam,
+                            const std::vector<_TAVDB_BIND_T>& binds) {
+  const int prepared = PrepareAndBind(SelectApps() + strParam, binds);
+  if (prepared != 0) return prepared;
+  AgeRating rating;
+  const int result = ReadFirstRow(
+      [&]() REQUIRES(g_Mute) { SetInnerInfo(*ptAppInfo, kInstallSourceType, rating); });
+  if (result == kFound) TAV_LOGI("set app_info success");
+  return result;
+}
+
+int GetAppInnerInfo(const std::string& strAppID, _APPS_INNER_INFO_T* ptAppInfo) {
+  TAV_LOGI("Start, app_id:[%s]", strAppID.c_str());
+  const TavLock lock(g_Mute);
+  if (PlatformRefuses() || HasNull({ptAppInfo}) ||
+      IsEmpty(strAppID.c_str(), "strAppID is empty ")) {
+    return kFailed;
+  }
+  const Query query =
+      Query(
+          " where (id = ?  or tizen_id = ? or pkgname = ? or hybrid_app = ? or reserved_string_16 = ?)  ")
+          .Bind(strAppID)
+          .Bind(strAppID)
+          .Bind(strAppID)
+          .Bind(strAppID)
+          .Bind(strAppID)
+          .AndVisible();
+  const int result = m_GetAppsTableInnerInfo(ptAppInfo, query.Condition(), query.Binds());
+  TAV_LOGI("Finish app_id:[%s],ret[%d]", strAppID.c_str(), result);
+  return result;
+}

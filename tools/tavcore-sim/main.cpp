@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: Apache-2.0
+//
+// tavcore-sim: the reference service. Maps failures to exit statuses.
+#include <csignal>
+#include <exception>
+#include <iostream>
+
+#include "options.h"
+#include "service.h"
+
+int main(int argc, char** argv) {
+  std::signal(SIGPIPE, SIG_IGN);  // a reader that left is a write error like any other
+  try {
+    const tavcore::CommandLine line = tavcore::ReadCommandLine(argc, argv);
+    if (line.exit_status) return *line.exit_status;
+    tavcore::Service(line.options).Run();
+    return 0;
+  } catch (const std::exception& error) {
+    std::cerr << "tavcore-sim: " << error.what() << "\n";
+    return 1;
+  }
+}

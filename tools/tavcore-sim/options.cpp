@@ -1,0 +1,90 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "options.h"
+
+#include <glib.h>
+
+#include <CLI/CLI.hpp>
+#include <vector>
+
+namespace tavcore {
+namespace {
+
+constexpr int kUsage = 2;
+constexpr char kNoFile[] = "none";
+
+constexpr char kFooter[] = R"text(Faults, for METHOD (or '*' for every one):
+  delay:MS            do it at once, answer after this time
+  random-delay:MAXMS  do it at once, answer after a random time up to this
+  error[:NAME]        answer with a D-Bus error
+  status:N            answer with this status and do nothing
+  wrong-type          answer with a tuple of another type
+  no-reply            never answer
+  exit                end the service during the call, as a crash does
+  none                nothing, also when every other method has a fault
+
+Examples:
+  tav-sandbox -- tavctl list
+  tavcore-sim --verbose --ready-file none
+  tavcore-sim --fault 'set_app_lock=delay:3000' --fault heartbeat=error
+  tavcore-sim --uninstalling org.example.gallery,org.example.weather
+
+The device is the directory that TAV_DEVICE_ROOT names, the bus the system's, or the one whose
+address is in DBUS_SYSTEM_BUS_ADDRESS.
+
+Exit status: 0 ended by a signal, 1 failed, 2 wrong usage, 3 ended by the fault 'exit'.)text";
+
+}  // namespace
+
+CommandLine ReadCommandLine(int argc, char** argv) {
+  CLI::App app("The reference service: answers the requests of libtav_db_api on a PC.");
+  app.footer(kFooter);
+  app.set_version_flag("--version", "tavcore-sim " TAV_VERSION);
+
+  CommandLine line;
+  Options& options = line.options;
+  std::vector<std::string> faults;
+  app.add_option("--ready-file", options.ready_file,
+                 "Create this file while the service is ready (default: /run/tav_ready)")
+      ->option_text("PATH|none")
+      ->take_last();
+  app.add_option("--ready-fd", options.ready_descriptor,
+                 "Write a line to this descriptor when the service is ready, and close it")
+      ->option_text("FD")
+      ->check(CLI::NonNegativeNumber)
+      ->take_last();
+  app.add_option("--uninstalling", options.uninstalling,
+                 "The built-in apps being uninstalled, separated by commas (default: those of "
+                 "the device's data/tavcore/uninstalling.txt, one a line)")
+      ->option_text("IDS")
+      ->take_last();
+  app.add_option("--ticker-mode", options.ticker_mode, "The ticker mode at first (default: 0)")
+      ->option_text("MODE")
+      ->take_last();
+  app.add_option("--busy-timeout", options.busy_milliseconds,
+                 "Wait this long for a database that others hold (default: 2000)")
+      ->option_text("MS")
+      ->check(CLI::Range(0, 3600000))
+      ->take_last();
+  app.add_option("--fault", faults, "What is to go wrong, see below; repeatable")
+      ->option_text("METHOD=KIND[:ARG]")
+      ->expected(1)
+      ->take_all();
+  app.add_flag("--verbose", options.is_verbose, "Show every request on standard error");
+
+  try {
+    app.parse(argc, argv);
+    if (options.uninstalling && !g_utf8_validate(options.uninstalling->c_str(), -1, nullptr)) {
+      throw CLI::ValidationError("--uninstalling", "not UTF-8");
+    }
+    for (const std::string& fault : faults) options.faults.Set(fault);
+  } catch (const CLI::ParseError& error) {
+    line.exit_status = app.exit(error) == 0 ? 0 : kUsage;
+  } catch (const FaultError& error) {
+    std::cerr << "tavcore-sim: " << error.what() << "\n";
+    line.exit_status = kUsage;
+  }
+  if (options.ready_file == kNoFile) options.ready_file.clear();
+  return line;
+}
+
+}  // namespace tavcore
