@@ -126,9 +126,9 @@ typedef struct tav_app_info_s {
  * Which apps a list holds. 65535 in featured or app_type lets every app through.
  */
 typedef struct tav_app_filter_s {
-  int32_t featured;     /* bit set over 1, 2, 4 and 8; 3 stands for 11; others are refused */
+  int32_t featured;     /* bit set over 1, 2, 4 and 8, one of them at least; 3 stands for 11 */
   int32_t premium_game; /* accepted, and selects nothing */
-  int32_t app_type;     /* bit set over 2 and 4; a set without either is refused */
+  int32_t app_type;     /* bit set over 2 and 4, one of them at least; up to 127 */
 } tav_app_filter_s;
 
 /* The order of a list. Any other value is the catalogue's order. */
@@ -177,10 +177,13 @@ TAV_API int tav_get_app_info_by_tizenid(const char* tizen_id, tav_app_info_s* in
 
 /* ---- Lists and counts ----
  *
- * A list is one malloc block of records, *realCount of them, that the caller frees. When nothing
- * matches, the result is 0, *realCount is 0 and the list's pointer is untouched. When reading
- * fails after the block was made, the pointer is null and *realCount is 0; a call that was
- * refused leaves the pointer untouched.
+ * A list is one malloc block of records, *realCount of them, that the caller frees. What becomes
+ * of the two when there is no list:
+ *   nothing matches              0; the pointer is untouched, *realCount 0
+ *   refused, or a bad argument   the failure; both are untouched
+ *   the count failed             the failure; the pointer is untouched, *realCount 0
+ *   no memory, reading failed    the failure; the pointer is null, *realCount 0
+ * A caller that frees whatever the result sets the pointer to null before the call.
  */
 
 /* The size of tav_app_filter_s in bytes that the library was built with: 12. */
@@ -196,7 +199,7 @@ TAV_API int tav_init_app_filter(tav_app_filter_s* filter);
  *   appList    receives the block
  *   realCount  receives the number of records
  *
- * Returns 0; -1 when the filter is refused, index is not below the number of matching apps
+ * Returns 0; -1 when the filter is refused, apps match but not as many as index wants
  * (*realCount is then 0), a pointer is null, memory ran out or the call is refused; -2 when the
  * database stayed busy. Apps that the service removes while the list is read leave zeroed
  * records at its end.
@@ -250,7 +253,7 @@ TAV_API int tav_check_is_most_used_app(const char* appId);
  *
  * Each reads one column of the one app that its key names. Besides the results named below:
  * -1 when there is no such app, an argument is null or empty, or the call is refused; -2 when
- * the database stayed busy. On any failure the out value is untouched.
+ * the database stayed busy. On any failure the out value is untouched, unless said otherwise.
  */
 
 /* Whether the app is bound to an internet provider. Returns 0 when it is, -1 when it is not. */
@@ -259,7 +262,7 @@ TAV_API int tav_is_isp_app(const char* appId);
 /* Whether the app is a hybrid one. Returns 0 when it is, -1 when it is not. */
 TAV_API int tav_is_hybrid_app(const char* appId);
 
-/* Whether the app came from a USB device. Returns 1 when it did, 0 when it did not. */
+/* Whether the app came from a USB device. Returns the stored mark: 1 when it did, else 0. */
 TAV_API int tav_check_is_usb_app(const char* appId);
 
 /* The rating that the app was given. Returns 0 and sets *rating. */
@@ -288,8 +291,9 @@ TAV_API int tav_get_appid_by_runtitle(const char* runTitle, char** appId);
 
 /*
  * Whether an app with this run title is installed. Returns 0 and sets *status to 0 when it is
- * and to 1 when it is not, which is also the answer while reads are refused; -1 when an
- * argument is null or empty; -2 with *status 1 when the database stayed busy.
+ * and to 1 when it is not, which is also the answer while reads are refused or the database is
+ * not usable; -1 when an argument is null or empty; -2 with *status 1 when the database stayed
+ * busy.
  */
 TAV_API int tav_check_app_installed_by_runtitle(const char* runTitle, int* status);
 
@@ -304,10 +308,11 @@ TAV_API int tav_get_emanual_id(char** appId);
 /* ---- Changes through the service ----
  *
  * Each asks the service over the system bus, which costs two round trips of at most 10 s each;
- * the first request of a process also connects and makes the client known, up to 10 s each. The
- * lock is held meanwhile, so that reads of other threads wait. -1 stands for every failure:
- * refused, no bus, no service, no answer in time, an answer of the wrong kind, or the service's
- * own refusal. A bus or a service that comes back serves the next call.
+ * the first request of a process also connects, and makes the client known in up to 10 s more.
+ * Connecting takes 10 s when the bus says nothing, and at the worst, with a bus that falls silent
+ * in the middle, 35 s. The lock is held meanwhile, so that reads of other threads wait. -1 stands
+ * for every failure: refused, no bus, no service, no answer in time, an answer of the wrong kind,
+ * or the service's own refusal. A bus or a service that comes back serves the next call.
  */
 
 /* The mode of the news ticker. Returns 0 and sets *tickerMode. */
@@ -342,16 +347,53 @@ TAV_API int tav_db_set_app_updated(const char* appId);
  */
 
 /*
- * Whether the app is being updated. Returns 0 when it is; -1 when it is not, there is no such
- * app, the id is null or empty, or reads are refused.
+ * Whether the app is being updated. Returns 0 when it is, and also when the database stayed
+ * busy; -1 when it is not, there is no such app, the id is null or empty, or reads are refused.
  */
 TAV_API int tav_check_update_popup(const char* appId);
 
 /*
- * Whether the app, or one that it requires, is being installed or updated. Results as
- * tav_check_update_popup.
+ * Whether the app, or one that it requires, is being installed or updated. Returns 0 when one
+ * of them is; -1 when none is, there is no such app, the id is null or empty, reads are refused
+ * or the database stayed busy.
  */
 TAV_API int tav_db_check_app_installing(const char* appId);
+
+/* ---- Exports ---- */
+
+/* A launch request of the platform. */
+struct app_control_s;
+
+/*
+ * One installed app as a JSON text: {"app_info": [{…}]}, every value a string. app_id may be the
+ * app's id, Tizen id, package name, native id or Android id. *json receives a new block that the
+ * caller frees. Returns 0; -1, with *json untouched, when there is no such app, the database
+ * stayed busy, memory ran out or the call is refused.
+ */
+TAV_API int tav_get_app_info_json(const char* app_id, char** json);
+
+/*
+ * A list of apps as a JSON text: {"app_list": [{…}, …]}, every value a string. The extra data of
+ * app_control says which: "built_in_app" "true" asks for the built-in catalogue, with
+ * "test_app_only" "true" for its test apps alone; else "all_app" "true" asks for all installed
+ * apps, or "app_featured" and "view_mode" for those that tav_get_app_list would give, both
+ * decimal numbers. *json receives a new block that the caller frees, or null when there is no
+ * app. Returns 0, also with a part of the list when the database became busy; -1, with *json
+ * untouched, when the list is refused or memory ran out.
+ */
+TAV_API int tav_get_app_list_json(struct app_control_s* app_control, char** json);
+
+/*
+ * Writes all installed apps, hidden ones included, to the XML file
+ * "/tavcore/common/apps_info.xml" under the platform's data directory, and gives its path. No
+ * character of a value is escaped. The file is empty when there is no app.
+ *
+ * Returns 0; -1 when the call is refused, the path leads through a link, the file cannot be
+ * opened or written, or memory ran out; -2 when the database stayed busy. Whatever is returned,
+ * *path holds a new block that the caller frees, unless the call was refused by the state of the
+ * platform, path is null or no memory was left for it. A failure can leave the file truncated.
+ */
+TAV_API int tav_write_all_app_info_to_xml(char** path);
 
 #ifdef __cplusplus
 }
@@ -367,11 +409,18 @@ TAV_API int tav_get_app_info_by_runtitle(const char* run_title, tav_app_info_s* 
 /*
  * The installed, available apps whose integer column named key is 1, hidden ones included, in the
  * database's order; at most count of them when count is above 0. key stands in the statement as
- * it is: hand over names of columns only, never what a user typed. Results as tav_get_app_list;
- * *realCount is 0 or untouched after a failed count.
+ * it is: hand over names of columns only, never what a user typed. Results as tav_get_app_list,
+ * except that a failed count leaves *realCount 0 or untouched.
  */
 TAV_API int tav_get_key_list(const std::string& key, int count, tav_app_info_s** appList,
                              int* realCount);
+
+/*
+ * The extra data of a launch request under a key. Returns true and sets value, or false with
+ * value untouched. No lock.
+ */
+TAV_API bool db_get_app_control_data(struct app_control_s* app_control, std::string key,
+                                     std::string& value);
 
 #endif /* __cplusplus */
 

@@ -7,6 +7,7 @@
 
 #include <map>
 #include <string>
+#include <vector>
 
 #include "tav_db_api.h"
 
@@ -96,6 +97,33 @@ TAV_API int m_tav_get_app_info(const char* app_id, tav_app_info_s* info);
 // Fills *info with the app whose run title is run_title; note the order of the arguments.
 // Results as m_tav_get_app_info.
 TAV_API int GetAppInfoByRuntitle(tav_app_info_s* info, const char* run_title);
+
+// ---- Built-in apps ----
+
+// Appends the apps of the built-in catalogue, or with bTestOnly those that are test apps as
+// well, with the versions and icons of their installed packages; then removes from the whole
+// list the packages that are not offered on this device. Takes the lock for the whole call, which
+// asks the service over the bus. Returns 0; -1, with list untouched, when the package manager
+// recovers or the catalogue is no JSON or not ok.
+TAV_API int GetBuiltInAppList(std::vector<_APPS_INNER_INFO_T>& list, bool bTestOnly);
+
+// Adds the test apps, by their ids; the first of an id stays. Takes the lock.
+TAV_API void GetBuiltInTestAppList(std::map<std::string, _APPS_INNER_INFO_T>& testApps);
+
+// The ids of the packages that are not offered on this device, each as key and value. No lock.
+TAV_API std::map<std::string, std::string> GetUnsupportedPkgList();
+
+// Whether this device leaves packages out: one of the entry grade with a 4G flash. No lock.
+TAV_API bool GetBuiltInBlacklistSupport();
+
+// ---- Group lists ----
+
+// The app that a run title stands for. state becomes 0 when it is installed, 1 when it is not,
+// and 3, with appId untouched, when the list does not know the title; without a list both stay
+// as they are. Both take the lock.
+TAV_API void GetAppIDFromAndroidGroupList(const std::string& runTitle, std::string& appId,
+                                          int& state);
+TAV_API void GetAppIDFromAppGroupList(const std::string& runTitle, std::string& appId, int& state);
 
 // Cuts text at every character that occurs in itemSeparator into items, and each item at the
 // first character that occurs in pairSeparator into a key and a value, which are added to out;

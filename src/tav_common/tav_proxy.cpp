@@ -9,6 +9,7 @@
 #include <ctime>
 #include <utility>
 
+#include "tav_common/tav_cancellation.h"
 #include "tav_common/tav_log.h"
 #include "tav_common/tav_proxy_connection.h"
 #include "tav_common/tav_proxy_error.h"
@@ -85,6 +86,7 @@ CTAVGdbus::~CTAVGdbus() {
 }
 
 bool CTAVGdbus::GetProxy(const char* introspectionXml, GDBusInterfaceVTable vtable) {
+  const TavNoCancellation whole;
   TAV_LOGI("Start");
   if (IsProxyCreated() && HasHeartbeat()) {
     TAV_LOGI("Gdbus proxy has been created");
@@ -96,16 +98,16 @@ bool CTAVGdbus::GetProxy(const char* introspectionXml, GDBusInterfaceVTable vtab
   m_tInterfaceVTable = vtable;
   // Deliberate: with the connection open, a service that does not answer is asked again by the
   // call itself, without a further heartbeat.
-  const GObjectPtr<GDBusConnection> connection = Connection();
-  if (connection != nullptr && g_dbus_connection_is_closed(connection.get()) == FALSE) {
+  if (IsConnected()) {
     TAV_LOGI("g_dbus connection is not closed");
     return true;
   }
   // The bus is gone, and with it the name and the object of the monitor.
-  m_pMonitor.reset();
   SetConnection(nullptr);
-  if (!Connect()) return false;
-  if (!StartMonitor()) {
+  m_pMonitor.reset();
+  GMainContextPtr context(g_main_context_new());
+  if (!Connect(context.get())) return false;
+  if (!StartMonitor(std::move(context))) {
     TAV_LOGE("failed to create thread");
     ReleaseProxy();
     return false;
@@ -124,10 +126,15 @@ bool CTAVGdbus::HasHeartbeat() {
   return is_alive;
 }
 
-bool CTAVGdbus::Connect() {
+bool CTAVGdbus::IsConnected() {
+  const GObjectPtr<GDBusConnection> connection = Connection();
+  return connection != nullptr && g_dbus_connection_is_closed(connection.get()) == FALSE;
+}
+
+bool CTAVGdbus::Connect(GMainContext* context) {
   TAV_LOGI("getting gdus connection.");
   GErrorHolder error;
-  GObjectPtr<GDBusConnection> connection = ConnectToSystemBus(kConnectTimeoutMsec, error);
+  GObjectPtr<GDBusConnection> connection = ConnectToSystemBus(context, kConnectTimeoutMsec, error);
   if (connection == nullptr) {
     if (error.Get() != nullptr) {
       LogBusError("get sync system bus error ", error.Get());
@@ -141,15 +148,15 @@ bool CTAVGdbus::Connect() {
   return true;
 }
 
-bool CTAVGdbus::StartMonitor() {
+bool CTAVGdbus::StartMonitor(GMainContextPtr context) {
   const std::string object_name = "obj" + std::to_string(getpid());
   {
     const TavLock lock(m_tStateMutex);
     m_strObjName = object_name;
   }
   m_pMonitor = std::make_unique<TavBusMonitor>(
-      TavBusMonitorJob{Connection(), object_name, m_strIntrospectionXml, m_tInterfaceVTable,
-                       m_strClient, m_strServer, [this] { OnMonitorReady(); }});
+      TavBusMonitorJob{std::move(context), Connection(), object_name, m_strIntrospectionXml,
+                       m_tInterfaceVTable, m_strClient, m_strServer, [this] { OnMonitorReady(); }});
   return m_pMonitor->Start();
 }
 
@@ -177,6 +184,7 @@ void CTAVGdbus::OnMonitorReady() {
 
 bool CTAVGdbus::MethodCall(const std::string& method, GVariant* parameters, GVariant** reply,
                            int timeoutMsec, int* timedOut) {
+  const TavNoCancellation whole;
   const GVariantPtr owned(parameters != nullptr ? g_variant_ref_sink(parameters) : nullptr);
   *reply = nullptr;
   std::string object_name;
@@ -218,11 +226,11 @@ void CTAVGdbus::GiveProxy() {
 
 void CTAVGdbus::ReleaseProxy() {
   TAV_LOGI("Start");
-  m_pMonitor.reset();
   if (Connection() != nullptr) {
     TAV_LOGW("release the tav api gdbus connection.");
     SetConnection(nullptr);
   }
+  m_pMonitor.reset();
   SetProxyCreated(false);
   TAV_LOGI("End");
 }

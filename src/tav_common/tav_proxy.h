@@ -37,7 +37,8 @@ class CTAVGdbus {
   // Makes sure that there is a connection with a monitor: asks the service for a heartbeat, and
   // connects anew where that fails and the connection is closed. True when MethodCall may
   // follow. introspectionXml describes the client's object; its first "%s" becomes the object's
-  // name. Waits up to 10 s each for the heartbeat, for a new connection and for its monitor.
+  // name. Waits up to 10 s each for the heartbeat and for a new connection's monitor; for the
+  // connection 10 s, and 25 s more when the bus lets the client in and falls silent then.
   bool GetProxy(const char* introspectionXml, GDBusInterfaceVTable vtable);
 
   // Calls a method of the service and waits for its reply, at most timeoutMsec. parameters may
@@ -52,8 +53,9 @@ class CTAVGdbus {
 
  private:
   bool HasHeartbeat();
-  bool Connect() REQUIRES(m_tProxyMutex);
-  bool StartMonitor() REQUIRES(m_tProxyMutex);
+  bool IsConnected();
+  bool Connect(GMainContext* context) REQUIRES(m_tProxyMutex);
+  bool StartMonitor(GMainContextPtr context) REQUIRES(m_tProxyMutex);
   void WaitForMonitor();
   void ReleaseProxy() REQUIRES(m_tProxyMutex);
   void OnMonitorReady();

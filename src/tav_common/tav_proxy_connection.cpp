@@ -25,24 +25,24 @@ gboolean Cancel(gpointer cancellable) {
 
 }  // namespace
 
-GObjectPtr<GDBusConnection> ConnectToSystemBus(int timeout_msec, GErrorHolder& error) {
+GObjectPtr<GDBusConnection> ConnectToSystemBus(GMainContext* context, int timeout_msec,
+                                               GErrorHolder& error) {
   const GTextPtr address(g_dbus_address_get_for_bus_sync(G_BUS_TYPE_SYSTEM, nullptr, error.Out()));
   if (address == nullptr) return nullptr;
 
   // The synchronous call has no time limit: a bus that accepts and says nothing would hold the
   // host for ever. On a context of its own, nothing of the host's runs meanwhile.
-  const GMainContextPtr context(g_main_context_new());
   const GObjectPtr<GCancellable> cancellable(g_cancellable_new());
   const GSourcePtr limit(g_timeout_source_new(static_cast<guint>(timeout_msec)));
   g_source_set_callback(limit.get(), Cancel, cancellable.get(), nullptr);
-  g_source_attach(limit.get(), context.get());
+  g_source_attach(limit.get(), context);
 
   Attempt attempt{error};
-  g_main_context_push_thread_default(context.get());
+  g_main_context_push_thread_default(context);
   g_dbus_connection_new_for_address(address.get(), kFlags, nullptr, cancellable.get(), OnConnected,
                                     &attempt);
-  while (!attempt.is_done) g_main_context_iteration(context.get(), TRUE);
-  g_main_context_pop_thread_default(context.get());
+  while (!attempt.is_done) g_main_context_iteration(context, TRUE);
+  g_main_context_pop_thread_default(context);
   g_source_destroy(limit.get());
 
   GObjectPtr<GDBusConnection> connection(attempt.connection);

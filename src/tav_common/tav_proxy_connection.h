@@ -7,7 +7,10 @@
 
 #include "tav_common/tav_glib_handles.h"
 
-// Connects within about timeout_msec; null and an error otherwise.
-GObjectPtr<GDBusConnection> ConnectToSystemBus(int timeout_msec, GErrorHolder& error);
+// Connects; null and an error otherwise. The bus has timeout_msec to answer, and GIO's 25 s
+// more to greet a client that it has let in. The connection tells its end on context, which must
+// be iterated until then: what is not told is kept for ever.
+GObjectPtr<GDBusConnection> ConnectToSystemBus(GMainContext* context, int timeout_msec,
+                                               GErrorHolder& error);
 
 #endif  // TAV_COMMON_TAV_PROXY_CONNECTION_H_

@@ -40,12 +40,16 @@ std::string ReplaceFirst(std::string text, const std::string& mark, const std::s
   return text;
 }
 
-// A new thread inherits the blocked signals: the host's handlers are not for the monitor.
+// A new thread inherits the blocked signals: the host's handlers are not for the monitor, but for
+// those of its faults.
 class BlockedSignals {
  public:
   BlockedSignals() {
     sigset_t all;
     sigfillset(&all);
+    for (const int fault : {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT, SIGTRAP}) {
+      sigdelset(&all, fault);
+    }
     pthread_sigmask(SIG_SETMASK, &all, &m_before);
   }
   ~BlockedSignals() { pthread_sigmask(SIG_SETMASK, &m_before, nullptr); }
@@ -59,16 +63,20 @@ class BlockedSignals {
 }  // namespace
 
 TavBusMonitor::TavBusMonitor(TavBusMonitorJob job)
-    : m_job(std::move(job)),
-      m_pContext(g_main_context_new()),
-      m_pMainLoop(g_main_loop_new(m_pContext.get(), FALSE)) {}
+    : m_job(std::move(job)), m_pMainLoop(g_main_loop_new(m_job.context.get(), FALSE)) {}
 
 TavBusMonitor::~TavBusMonitor() {
+  End();
+  // The end of a connection is told here, and the connection kept until then.
+  while (g_main_context_iteration(m_job.context.get(), FALSE) != FALSE) continue;
+}
+
+void TavBusMonitor::End() {
   if (!m_is_running) return;
   // A loop that is told to quit before it runs would run for ever; a source is not lost.
   const GSourcePtr quit(g_idle_source_new());
   g_source_set_callback(quit.get(), QuitLoop, m_pMainLoop.get(), nullptr);
-  g_source_attach(quit.get(), m_pContext.get());
+  g_source_attach(quit.get(), m_job.context.get());
   if (pthread_join(m_threadMonitor, nullptr) != 0) TAV_LOGE("failed to pthread_join");
 }
 
@@ -85,13 +93,17 @@ void* TavBusMonitor::m_Monitor(void* self) {
 
 void TavBusMonitor::Run() try {
   TAV_LOGI("Creating monitor %s.", m_job.object_name.c_str());
-  const DefaultContext context(m_pContext.get());
+  const DefaultContext context(m_job.context.get());
 
   const std::string xml = ReplaceFirst(m_job.introspection_xml, "%s", m_job.object_name);
   GErrorHolder error;
   const GDBusNodeInfoPtr node(g_dbus_node_info_new_for_xml(xml.c_str(), error.Out()));
   if (node == nullptr) {
-    LogBusError("error return ", error.Get());
+    if (error.Get() != nullptr) {
+      LogBusError("error return ", error.Get());
+    } else {
+      TAV_LOGE("introspection created error");
+    }
     return;
   }
   const std::string name = kNamePrefix + m_job.object_name;

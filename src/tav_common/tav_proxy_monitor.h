@@ -15,6 +15,7 @@
 
 // What a monitor works with; its own copies, so that nothing it reads changes under it.
 struct TavBusMonitorJob {
+  GMainContextPtr context;  // the connection's own
   GObjectPtr<GDBusConnection> connection;
   std::string object_name;  // "obj1234"
   std::string introspection_xml;
@@ -40,10 +41,10 @@ class TavBusMonitor {
   static void* m_Monitor(void* self);
   static void m_OnnameAcquired(GDBusConnection* connection, const char* name, void* self);
   void Run();
+  void End();
   guint m_OnbusAcquired(const char* name, GDBusInterfaceInfo* interface);
 
   const TavBusMonitorJob m_job;
-  const GMainContextPtr m_pContext;
   const GMainLoopPtr m_pMainLoop;
   pthread_t m_threadMonitor = {};
   bool m_is_running = false;

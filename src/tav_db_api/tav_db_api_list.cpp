@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 //
 // The exported lists, counts and usage tests. Each holds the lock around its whole work.
-#include <cstdlib>
+#include <string>
+#include <utility>
 
 #include "tav_common/tav_arguments.h"
 #include "tav_db_api.h"
@@ -55,12 +56,12 @@ constexpr FixedList kKeyApps = {1,
 
 // Reads the apps that match query, at most `most` of them when that is above 0.
 int GetFixedList(const FixedList& kind, Query query, int most, tav_app_info_s** list,
-                 int* real_count) REQUIRES(g_Mute) {
+                 int* real_count, const LogPlace& place = LogPlace::Here()) REQUIRES(g_Mute) {
   const int counted =
       GetAppsTableCount(real_count, query.Condition(), kind.table_type, query.Binds());
   if (counted != 0) {
     if (kind.is_count_cleared) *real_count = 0;
-    TAV_LOGE("%s", kind.count_failed);
+    TAV_LOGE_FOR(place, "%s", kind.count_failed);
     return counted;
   }
   const int matching = *real_count;
@@ -85,11 +86,9 @@ int GetFixedList(const FixedList& kind, Query query, int most, tav_app_info_s** 
 }
 
 // 0 when the app is among the first three apps in this order that were used at all.
-int CheckUsage(const char* app_id, const char* order) REQUIRES(g_Mute) {
-  if (CheckPkgmgrRecovering()) {
-    TAV_LOGE("Pkgmgr is recovering");
-    return kFailed;
-  }
+int CheckUsage(const char* app_id, const char* order, const LogPlace& place = LogPlace::Here())
+    REQUIRES(g_Mute) {
+  if (IsRecovering(place)) return kFailed;
   Query query(
       " where is_need_reset = ? and is_app_available = ? and install_state = ? and is_hidden = ? and use_count > ? ");
   query.Bind(kNotMarkedForReset)
@@ -102,8 +101,8 @@ int CheckUsage(const char* app_id, const char* order) REQUIRES(g_Mute) {
       app_id, std::string("select id from ") + kAppsTable + query.Condition(), query.Binds());
 }
 
-bool IsNullOrEmpty(const char* app_id) {
-  return HasNull({app_id}) || IsEmpty(app_id, "in param is NULL ");
+bool IsNullOrEmpty(const char* app_id, const LogPlace& place = LogPlace::Here()) {
+  return HasNull({app_id}, place) || IsEmpty(app_id, "in param is NULL ", place);
 }
 
 }  // namespace
@@ -150,7 +149,7 @@ int tav_get_app_count(tav_app_filter_s filter, int* count) try {
   const int result =
       GetAppList(filter, TAV_APP_VIEWMODE_MOST_USED, 0, 0, false, count, &list, nullptr);
   const MallocPtr<tav_app_info_s> owner(list);
-  if (count != nullptr) TAV_LOGI("Finish,count:%d ", *count);
+  TAV_LOGI("Finish,count:%d ", result == 0 ? *count : 0);
   return result;
 } catch (...) {
   return AnswerException(__func__);

@@ -24,8 +24,8 @@ constexpr char kEmanualKey[] = "com.kordyne/featureconf/emanual.app_id";
 constexpr char kNoEmanual[] = "NONE";
 
 // Says that a query failed or found nothing.
-int Unanswered(int result) {
-  TAV_LOGE("%s", kNoRecord);
+int Unanswered(int result, const LogPlace& place) {
+  TAV_LOGE_FOR(place, "%s", kNoRecord);
   return result;
 }
 
@@ -34,7 +34,7 @@ int Unanswered(int result) {
 struct IntegerColumn {
   const char* name;
   const char* by_id;
-  int table_type;  // logged alone
+  int table_type;  // only logged
 };
 
 constexpr char kWideId[] = " where id = ?  ";
@@ -44,21 +44,28 @@ constexpr IntegerColumn kHybrid = {"is_hybrid_tv", kWideId, 1};
 constexpr IntegerColumn kUsb = {"is_usb_app", kNarrowId, 0};
 constexpr IntegerColumn kRating = {"rating", kWideId, 0};
 
-// Reads the column of the app into *value. 0 or the failure, which is said.
-int ReadColumn(const IntegerColumn& column, const char* app_id, int* value) REQUIRES(g_Mute) {
-  if (PlatformRefuses() || HasNull({app_id, value}) || IsEmpty(app_id, kAppIdIsEmpty)) {
+// Reads the column of the app into *value, which is untouched on a failure. 0 or the failure,
+// which is said.
+int ReadColumn(const IntegerColumn& column, const char* app_id, int* value,
+               const LogPlace& place = LogPlace::Here()) REQUIRES(g_Mute) {
+  if (PlatformRefuses(place) || HasNull({app_id, value}, place) ||
+      IsEmpty(app_id, kAppIdIsEmpty, place)) {
     return kFailed;
   }
   const Query query = Query(column.by_id).Bind(app_id).AndVisible();
+  int read = 0;
   const int result =
-      GetIntValueByKey(value, column.name, query.Condition(), column.table_type, query.Binds());
-  return result == 0 ? 0 : Unanswered(result);
+      GetIntValueByKey(&read, column.name, query.Condition(), column.table_type, query.Binds());
+  if (result != 0) return Unanswered(result, place);
+  *value = read;
+  return 0;
 }
 
 // 0 when the app's flag is set, -1 when it is clear, else what reading it gave.
-int FlagOf(const IntegerColumn& column, const char* app_id) REQUIRES(g_Mute) {
+int FlagOf(const IntegerColumn& column, const char* app_id,
+           const LogPlace& place = LogPlace::Here()) REQUIRES(g_Mute) {
   int value = 0;
-  int result = ReadColumn(column, app_id, &value);
+  int result = ReadColumn(column, app_id, &value, place);
   if (result != 0) return result;
   result = value != 0 ? 0 : kFailed;
   TAV_LOGI("Finish,app_id:[%s],result:[%d]", app_id, result);
@@ -66,10 +73,11 @@ int FlagOf(const IntegerColumn& column, const char* app_id) REQUIRES(g_Mute) {
 }
 
 // Gives the caller a new block of TAV_TEXT_SIZE bytes with the text.
-int DeliverText(const char* text, char** out, const char* no_memory) {
+int DeliverText(const char* text, char** out, const char* no_memory,
+                const LogPlace& place = LogPlace::Here()) {
   MallocText block(static_cast<char*>(std::calloc(1, TAV_TEXT_SIZE)));
   if (block == nullptr) {
-    TAV_LOGE("%s", no_memory);
+    TAV_LOGE_FOR(place, "%s", no_memory);
     return kFailed;
   }
   CopyText(block.get(), text);
@@ -80,16 +88,17 @@ int DeliverText(const char* text, char** out, const char* no_memory) {
 // What differs between the questions that a text column answers.
 struct TextColumn {
   const char* name;
-  int table_type;  // logged alone
+  int table_type;  // anything but kConfigTableType: the apps table
   const char* no_memory;
 };
 
-int ReadText(const TextColumn& column, const Query& query, char** out) REQUIRES(g_Mute) {
+int ReadText(const TextColumn& column, const Query& query, char** out,
+             const LogPlace& place = LogPlace::Here()) REQUIRES(g_Mute) {
   char value[TAV_TEXT_SIZE] = {};
   const int result =
       GetStrValueByKey(value, column.name, query.Condition(), column.table_type, query.Binds());
-  if (result != 0) return Unanswered(result);
-  return DeliverText(value, out, column.no_memory);
+  if (result != 0) return Unanswered(result, place);
+  return DeliverText(value, out, column.no_memory, place);
 }
 
 // The id that the platform names; null after a log when it names none.
@@ -150,12 +159,9 @@ int tav_check_is_usb_app(const char* appId) try {
 int tav_get_app_rating(const char* appId, int* rating) try {
   TAV_LOGI("Start,app_id:[%s]", Printable(appId));
   const TavLock lock(g_Mute);
-  int value = 0;
-  const int result = ReadColumn(kRating, appId, rating != nullptr ? &value : nullptr);
-  if (result != 0) return result;
-  *rating = value;
-  TAV_LOGI("Finish, app_id:[%s] ,rating:[%d] ", appId, value);
-  return 0;
+  const int result = ReadColumn(kRating, appId, rating);
+  if (result == 0) TAV_LOGI("Finish, app_id:[%s] ,rating:[%d] ", appId, *rating);
+  return result;
 } catch (...) {
   return AnswerException(__func__);
 }
@@ -200,7 +206,7 @@ int tav_get_appid_by_runtitle(const char* runTitle, char** appId) try {
   if (HasNull({runTitle, appId})) return kFailed;
   tav_app_info_s info;
   const int result = GetAppInfoByRuntitle(&info, runTitle);
-  if (result != 0) return Unanswered(result);
+  if (result != 0) return Unanswered(result, LogPlace::Here());
   return DeliverText(info.app_id, appId, "app_id malloc is NULL");
 } catch (...) {
   return AnswerException(__func__);

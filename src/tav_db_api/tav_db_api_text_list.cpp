@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "tav_common/tav_log.h"
+#include "tav_db_api/tav_db_api_border.h"
 #include "tav_db_api_inner.h"
 
 namespace {
@@ -25,7 +26,7 @@ void AddItem(const std::string& item, const std::string& pair_separator,
 }  // namespace
 
 void ParseStringToList(std::string text, std::string itemSeparator, std::string pairSeparator,
-                       std::map<std::string, std::string>& out) {
+                       std::map<std::string, std::string>& out) try {
   if (text.empty()) {
     TAV_LOGW("String is empty!");
     return;
@@ -36,4 +37,6 @@ void ParseStringToList(std::string text, std::string itemSeparator, std::string 
     AddItem(text.substr(start, end - start), pairSeparator, out);
     start = end + 1;
   }
+} catch (...) {
+  AnswerException(__func__);
 }

@@ -31,12 +31,6 @@ bool IsMissing(const char* app_id, const LogPlace& place = LogPlace::Here()) {
   return IsMissing(app_id, "in param is NULL ", "in param is NULL ", place);
 }
 
-bool IsRecovering(const LogPlace& place = LogPlace::Here()) {
-  if (!CheckPkgmgrRecovering()) return false;
-  TAV_LOGE_FOR(place, "Pkgmgr is recovering");
-  return true;
-}
-
 // What a lock and a rating are refused for.
 bool RefusesChange(const char* app_id, const LogPlace& place = LogPlace::Here()) {
   return PlatformRefuses(place) || IsMissing(app_id, "app_id is NULL ", "app_id is empty ", place);
@@ -54,11 +48,11 @@ void TellAppChange() {
 // Asks for one of the changes that need no look at the app.
 int Change(const char* app_id, int (*request)(const char* app_id),
            const LogPlace& place = LogPlace::Here()) {
-  TAV_LOGI("[tav db] [%s] update count", Printable(app_id));
+  TAV_LOGI_FOR(place, "[tav db] [%s] update count", Printable(app_id));
   if (IsRecovering(place) || IsMissing(app_id, place)) return kFailed;
   const TavLock lock(g_Mute);
   const int result = request(app_id);
-  TAV_LOGI("Finish,ret:[%d]", result);
+  TAV_LOGI_FOR(place, "Finish,ret:[%d]", result);
   return result;
 }
 

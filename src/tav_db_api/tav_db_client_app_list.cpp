@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tav_db_api/tav_db_client_app_list.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "tav_common/tav_arguments.h"
@@ -14,29 +15,17 @@
 namespace {
 
 constexpr int kHighestTypeFilter = 255;
-constexpr int kLastDownloaded = TAV_APP_VIEWMODE_LAST_DOWNLOADED;
 
 constexpr ListComplaints kFullComplaints = {"failed to malloc app_list", "failed to get app list"};
 constexpr ListComplaints kShortComplaints = {"failed to malloc app_list_ms",
                                              "failed to get app list ms"};
 
-// View modes come from callers as integers, the known ones and others.
+// View modes come from callers as integers, the known ones and others. Full records are put in
+// the order of their downloads after they were read.
 const char* OrderOf(int view_mode, bool is_ms) {
-  switch (view_mode) {
-    case TAV_APP_VIEWMODE_MOST_USED:
-      return kOrderByUseCount;
-    case kLastDownloaded:
-      // Full records are put in the order of their downloads after they were read.
-      return is_ms ? kOrderByInstallDate : kOrderByIndex;
-    case TAV_APP_VIEWMODE_TITLE:
-      return kOrderByTitle;
-    case TAV_APP_VIEWMODE_TITLE_DESCENDING:
-      return kOrderByTitleDescending;
-    case TAV_APP_VIEWMODE_RECENTLY_LAUNCHED:
-      return kOrderByLaunchDate;
-    default:
-      return kOrderByIndex;
-  }
+  if (view_mode == TAV_APP_VIEWMODE_LAST_DOWNLOADED && is_ms) return kOrderByInstallDate;
+  if (view_mode == TAV_APP_VIEWMODE_RECENTLY_LAUNCHED) return kOrderByLaunchDate;
+  return OrderOfView(view_mode);
 }
 
 // Counts the apps that the filter lets through and leaves the condition in query. 0, or the
@@ -119,7 +108,7 @@ int GetAppList(tav_app_filter_s filter, tav_app_viewmode_e viewMode, int index, 
     result = DeliverList(size, appList, realCount, kFullComplaints,
                          [&](tav_app_info_s* list) REQUIRES(g_Mute) {
                            return GetAppsTableList(list, size, query.Condition(), 0, query.Binds(),
-                                                   viewMode == kLastDownloaded);
+                                                   viewMode == TAV_APP_VIEWMODE_LAST_DOWNLOADED);
                          });
   }
   if (result == 0) TAV_LOGI("Finish,real_count:[%d]", *realCount);
@@ -132,12 +121,15 @@ int GetAppsMSList(tav_app_ms_s* list, int count, const std::string& where,
   TAV_LOGI("sql:%s", sql.c_str());
   const int prepared = PrepareAndBind(sql, binds);
   if (prepared != 0) return prepared;
-  std::memset(list, 0, sizeof(tav_app_ms_s) * static_cast<std::size_t>(count));
+  const int records = std::max(count, 0);
+  std::memset(list, 0, sizeof(tav_app_ms_s) * static_cast<std::size_t>(records));
 
   int stored = 0;
+  bool has_row = false;
   RowWalk rows;
   while (rows.Next()) {
-    if (stored >= count) continue;
+    has_row = true;
+    if (stored == records) continue;
     TAV_LOGI("begin to set app_info ");
     CopyText(list[stored].app_id, GetStringFromResult(0));
     list[stored].is_multi_screen2 = GetIntegerFromResult(1);
@@ -149,5 +141,5 @@ int GetAppsMSList(tav_app_ms_s* list, int count, const std::string& where,
     TAV_LOGI("appindex = %d, app_id =%s, is_multi_screen2 =%d", i, list[i].app_id,
              list[i].is_multi_screen2);
   }
-  return stored > 0 ? 0 : kFailed;
+  return has_row ? 0 : kFailed;
 }

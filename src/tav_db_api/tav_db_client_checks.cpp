@@ -29,14 +29,16 @@ bool CheckPkgmgrRecovering() {
   return true;
 }
 
+bool IsRecovering(const LogPlace& place) {
+  if (!CheckPkgmgrRecovering()) return false;
+  TAV_LOGE_FOR(place, "Pkgmgr is recovering");
+  return true;
+}
+
 bool PlatformRefuses(const LogPlace& place) {
   if (CkeckIsFactoryReset() == 1) {
     TAV_LOGW_FOR(place, "FactoryReset is true");
     return true;
   }
-  if (CheckPkgmgrRecovering()) {
-    TAV_LOGE_FOR(place, "Pkgmgr is recovering");
-    return true;
-  }
-  return false;
+  return IsRecovering(place);
 }

@@ -12,6 +12,9 @@ int CkeckIsFactoryReset();
 // True while the platform's package manager rebuilds its own database.
 bool CheckPkgmgrRecovering();
 
+// True, after a log, while the package manager rebuilds its database.
+bool IsRecovering(const LogPlace& place = LogPlace::Here());
+
 // True, after a log of the reason, in either of these states.
 bool PlatformRefuses(const LogPlace& place = LogPlace::Here());
 

@@ -4,6 +4,7 @@
 #include <initializer_list>
 
 #include "tav_common/tav_log.h"
+#include "tav_db_api.h"
 
 namespace {
 
@@ -44,4 +45,17 @@ bool AddFeatured(Query& query, int featured) {
   if (set == kNoFilter) return true;
   query.Append(" and app_featured in (" + MarksOf(set, {1, 2, 4, 8}, query.Binds()) + ") ");
   return true;
+}
+
+const char* OrderOfView(long view_mode) {
+  switch (view_mode) {
+    case TAV_APP_VIEWMODE_MOST_USED:
+      return kOrderByUseCount;
+    case TAV_APP_VIEWMODE_TITLE:
+      return kOrderByTitle;
+    case TAV_APP_VIEWMODE_TITLE_DESCENDING:
+      return kOrderByTitleDescending;
+    default:
+      return kOrderByIndex;
+  }
 }

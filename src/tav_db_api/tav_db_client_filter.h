@@ -23,6 +23,9 @@ constexpr char kOrderByLaunchDate[] = " order by launch_date desc ";
 // above 127. Only the types 2 and 4 are known; marks is empty when neither is set.
 int GetStrAppType(int appType, std::string& marks, std::vector<_TAVDB_BIND_T>& binds);
 
+// The order of the view modes that every kind of list knows; the catalogue's for any other.
+const char* OrderOfView(long view_mode);
+
 // Adds " and app_featured in (…) " for the bits 1, 2, 4 and 8 of featured; nothing for
 // kNoFilter. False, after a log, when none of the bits is set.
 bool AddFeatured(Query& query, int featured);

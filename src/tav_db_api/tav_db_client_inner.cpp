@@ -1,10 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tav_db_api/tav_db_client_inner.h"
 
+#include <cstdlib>
+#include <utility>
+
 #include "tav_common/tav_arguments.h"
 #include "tav_db_api/tav_db_client_age_rating.h"
 #include "tav_db_api/tav_db_client_app_info.h"
 #include "tav_db_api/tav_db_client_checks.h"
+#include "tav_db_api/tav_db_client_filter.h"
 #include "tav_db_api/tav_db_client_inner_fields.h"
 
 namespace {
@@ -38,6 +42,21 @@ int m_GetAppsTableInnerInfo(_APPS_INNER_INFO_T* ptAppInfo, const std::string& st
   return result;
 }
 
+int m_GetAppsTableInnerList(std::vector<_APPS_INNER_INFO_T>& list, const std::string& strParam,
+                            const std::vector<_TAVDB_BIND_T>& binds) {
+  const int prepared = PrepareAndBind(SelectApps() + strParam, binds);
+  if (prepared != 0) return prepared;
+  AgeRating rating;
+  RowWalk rows;
+  while (rows.Next()) {
+    _APPS_INNER_INFO_T app;
+    SetInnerInfo(app, kReservedTinyint15, rating);
+    TAV_LOGI("set app %s", app.strAppID.c_str());
+    list.push_back(std::move(app));
+  }
+  return 0;
+}
+
 int GetAppInnerInfo(const std::string& strAppID, _APPS_INNER_INFO_T* ptAppInfo) {
   TAV_LOGI("Start, app_id:[%s]", strAppID.c_str());
   const TavLock lock(g_Mute);
@@ -56,5 +75,24 @@ int GetAppInnerInfo(const std::string& strAppID, _APPS_INNER_INFO_T* ptAppInfo) 
           .AndVisible();
   const int result = m_GetAppsTableInnerInfo(ptAppInfo, query.Condition(), query.Binds());
   TAV_LOGI("Finish app_id:[%s],ret[%d]", strAppID.c_str(), result);
+  return result;
+}
+
+int GetTAVAppList(const std::string& featured, const std::string& view_mode, bool bAll,
+                  std::vector<_APPS_INNER_INFO_T>& list) {
+  TAV_LOGI("Start, app_featured:[%s], view_mode:[%s]", featured.c_str(), view_mode.c_str());
+  const TavLock lock(g_Mute);
+  const int featured_bits = static_cast<int>(std::strtol(featured.c_str(), nullptr, 10));
+  const long order = std::strtol(view_mode.c_str(), nullptr, 10);
+  if (PlatformRefuses()) return kFailed;
+  Query query(" where install_state = ? and is_app_available = ? and is_need_reset = ? ");
+  query.Bind(kInstalled).Bind(kAvailable).Bind(kNotMarkedForReset);
+  if (!bAll) {
+    query.Append(" and is_hidden = ? ").Bind(kNotHidden);
+    if (!AddFeatured(query, featured_bits)) return kFailed;
+    query.Append(OrderOfView(order));
+  }
+  const int result = m_GetAppsTableInnerList(list, query.Condition(), query.Binds());
+  TAV_LOGI("Finish ret[%d]", result);
   return result;
 }

@@ -74,6 +74,15 @@ int GetConfigTableValue(const char* name, char** value) {
   return result;
 }
 
+bool GetConfigText(const char* name, std::string& value) {
+  char* text = nullptr;
+  const int result = GetConfigTableValue(name, &text);
+  const MallocText owner(text);
+  if (result != kFound) return false;
+  value = text;
+  return true;
+}
+
 int CheckIsRecentlyOrMostUsedApp(const std::string& appId, const std::string& sql,
                                  const std::vector<_TAVDB_BIND_T>& binds) {
   TAV_LOGI("app id:%s, strSql:%s", appId.c_str(), sql.c_str());

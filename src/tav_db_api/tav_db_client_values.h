@@ -19,7 +19,7 @@ constexpr int kConfigTableType = 2;
 int GetAppsTableCount(int* count, const std::string& where, int tableType,
                       const std::vector<_TAVDB_BIND_T>& binds) REQUIRES(g_Mute);
 
-// The column of the first app that matches. tableType is logged alone.
+// The column of the first app that matches. tableType is only logged.
 int GetIntValueByKey(int* value, const char* column, const std::string& where, int tableType,
                      const std::vector<_TAVDB_BIND_T>& binds) REQUIRES(g_Mute);
 
@@ -31,6 +31,9 @@ int GetStrValueByKey(char* value, const char* column, const std::string& where, 
 // A configuration value as a new malloc block. It is there as soon as its row was read, also
 // when the result is -2: the caller frees it whatever the result.
 int GetConfigTableValue(const char* name, char** value) REQUIRES(g_Mute);
+
+// A configuration value as a text; false, value then untouched, when it cannot be read.
+bool GetConfigText(const char* name, std::string& value) REQUIRES(g_Mute);
 
 // 0 when appId is among the rows of sql, -1 when it is not.
 int CheckIsRecentlyOrMostUsedApp(const std::string& appId, const std::string& sql,

@@ -110,12 +110,12 @@ int GetTickerModeFromLaunch(int* mode) {
 }
 
 int TavGetUninstallingBuiltInApp(char** list) {
-  TAV_LOGI("Start");
   struct stat status;
   if (stat(kReadyMarker, &status) != 0) {
     TAV_LOGW("/run/tav_ready doesnt exist");
     return 0;
   }
+  TAV_LOGI("Start");
   const GVariantPtr reply = Call("get_api_uninstalling_biu_list", nullptr, "(s)");
   if (reply == nullptr) return -1;
   g_variant_get(reply.get(), "(s)", list);

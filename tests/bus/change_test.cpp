@@ -2,6 +2,7 @@
 //
 // The exported changes: the order of their checks, their messages, and what they tell watchers.
 #include "on_the_bus.h"
+#include "support/writer.h"
 
 namespace {
 
@@ -107,6 +108,13 @@ TEST_F(Rating, OfAnAppThatIsNotThereForCallersFailsWithoutAWordOnTheBus) {
   }
   EXPECT_TRUE(service.Calls().empty());
   EXPECT_EQ(bus.Owner(ClientName()), "");
+}
+
+TEST_F(Rating, IsBusyWhenTheDatabaseStaysBusyAndSaysNothingOnTheBus) {
+  const test::ExclusiveWriter writer(device.DatabaseFile(), std::chrono::seconds(30));
+  EXPECT_EQ(tav_set_app_rating("clock", 1), -2);
+  EXPECT_TRUE(log.Has("app:clock isn't exit or unavailable"));
+  EXPECT_TRUE(service.Calls().empty());
 }
 
 TEST_F(Rating, AndLockTellOfTheirFinish) {

@@ -51,6 +51,34 @@ TEST_F(Client, IsUnknownToTheBusUntilItsFirstRequest) {
   EXPECT_EQ(bus.Owner(ClientName()), "");
 }
 
+TEST_F(Client, OutlivesAHostThatLetsTheLibraryGoAndTheEndOfItsBus) {
+  int in[2];
+  int out[2];
+  ASSERT_EQ(pipe(in), 0);
+  ASSERT_EQ(pipe(out), 0);
+  const pid_t process = fork();
+  if (process == 0) {
+    dup2(in[0], STDIN_FILENO);
+    dup2(out[1], STDOUT_FILENO);
+    close(in[1]);
+    execl(UNLOAD_AFTER_USE, UNLOAD_AFTER_USE, LIBRARY, nullptr);
+    _exit(127);
+  }
+  close(in[0]);
+  close(out[1]);
+  char byte = 0;
+  EXPECT_EQ(read(out[0], &byte, 1), 1);
+  const std::string name = "org.tizen.tv.tavcore.client.obj" + std::to_string(process);
+  bus.WaitForOwner(name);
+  bus.Stop();
+  service.Wait();
+  close(in[1]);
+  close(out[0]);
+  int status = 0;
+  ASSERT_EQ(waitpid(process, &status, 0), process);
+  EXPECT_EQ(status, 0);
+}
+
 TEST_F(Client, EndsWithItsProcessAtOnceAndWithoutAFailure) {
   const Stopwatch watch;
   const pid_t process = fork();

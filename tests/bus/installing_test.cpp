@@ -86,6 +86,15 @@ TEST_F(Installing, ShowsNoUpdateForAnAppThatIsNotThere) {
   EXPECT_EQ(log.Count("in param is NULL "), 2);
 }
 
+TEST_F(Installing, ShowsNoUpdateWhileReadsAreRefused) {
+  device.Install(App("a")).FactoryReset(1);
+  EXPECT_EQ(tav_check_update_popup("a"), -1);
+  EXPECT_TRUE(log.HasError("a is not installed"));
+  device.FactoryReset(0).Write("opt/dbspace/pkgreinstall", "");
+  EXPECT_EQ(tav_check_update_popup("a"), -1);
+  EXPECT_TRUE(log.HasError("Pkgmgr is recovering"));
+}
+
 TEST_F(Installing, LetsTheDefaultFlagsDecideWhenTheDatabaseStaysBusy) {
   device.Install(App("a").Set("reserved_tinyint_11", 1));
   const test::ExclusiveWriter writer(device.DatabaseFile(), std::chrono::seconds(30));

@@ -3,6 +3,11 @@
 // The proxy itself: its handshake with the monitor, its calls, and its end.
 #include "tav_common/tav_proxy.h"
 
+#include <sys/wait.h>
+
+#include <atomic>
+#include <thread>
+
 #include "on_the_bus.h"
 
 namespace {
@@ -36,12 +41,13 @@ TEST_F(Proxy, TellsOfItsConstruction) {
 }
 
 TEST_F(Proxy, CallsNothingWithoutAConnectionAndKeepsNoParameters) {
-  GVariant* parameters = g_variant_ref_sink(g_variant_new("(i)", 1));
-  EXPECT_FALSE(Call("heartbeat", g_variant_ref(parameters)));
-  g_variant_unref(parameters);
-  EXPECT_FALSE(Call("set_ticker_mode_to_launch", g_variant_new("(i)", 1)));
+  bool is_freed = false;
+  const auto note = [](gpointer freed) { *static_cast<bool*>(freed) = true; };
+  GVariant* floating =
+      g_variant_new_from_data(G_VARIANT_TYPE("(s)"), "x", 2, TRUE, note, &is_freed);
+  EXPECT_FALSE(Call("heartbeat", floating));
+  EXPECT_TRUE(is_freed);
   EXPECT_TRUE(log.HasError("connection is NULL"));
-  g_variant_unref(parameters);
 }
 
 TEST_F(Proxy, WaitsTenSecondsForAMonitorThatCannotReadItsDocumentAndGoesOn) {
@@ -87,12 +93,12 @@ TEST_F(Proxy, SendsThreeMethodsWithoutStartingTheService) {
   ASSERT_TRUE(proxy.GetProxy(kDocument, kNoHandlers));
   for (const std::string method : {"heartbeat", "notify_app_launch_status", "notify_special_app",
                                    "set_ticker_mode_to_launch"}) {
+    service.Forget();
     Call(method, method == "set_ticker_mode_to_launch" ? g_variant_new("(i)", 1) : nullptr);
-    const auto calls = service.Calls(method);
-    // The service may refuse a method that it does not have, before it takes note of the call.
-    for (const auto& call : calls) {
-      EXPECT_EQ(call.IsNoAutoStart(), method != "set_ticker_mode_to_launch") << method;
-    }
+    const auto calls = service.Calls();
+    ASSERT_EQ(calls.size(), 1U) << method;
+    EXPECT_EQ(calls[0].method, method);
+    EXPECT_EQ(calls[0].IsNoAutoStart(), method != "set_ticker_mode_to_launch") << method;
     EXPECT_EQ(log.Has("set G_DBUS_CALL_FLAGS_NO_AUTO_START to[" + method + "]"),
               method != "set_ticker_mode_to_launch");
   }
@@ -120,6 +126,54 @@ TEST_F(Proxy, EndsItsMonitorWithItself) {
   bus.WaitUntilUnowned(ClientName());
   EXPECT_TRUE(log.Has("CTAVGdbus [other] destructor..."));
   EXPECT_TRUE(log.Has("CTAVGdbus [other] destructor end"));
+}
+
+TEST_F(Proxy, ServesManyThreadsAtOnceWhileTheBusComesAndGoes) {
+  constexpr int kThreads = 6;
+  Service service(bus);
+  std::atomic<bool> is_over{false};
+  std::atomic<int> succeeded{0};
+  std::vector<std::thread> threads;
+  for (int number = 0; number < kThreads; ++number) {
+    threads.emplace_back([&] {
+      while (!is_over) {
+        GVariant* reply = nullptr;
+        if (proxy.GetProxy(kDocument, kNoHandlers) &&
+            proxy.MethodCall("heartbeat", nullptr, &reply, 10000, nullptr)) {
+          ++succeeded;
+        }
+        if (reply != nullptr) g_variant_unref(reply);
+      }
+    });
+  }
+  const auto more = [&] {
+    const int before = succeeded;
+    return test::WaitUntil([&] { return succeeded > before + 2 * kThreads; });
+  };
+  EXPECT_TRUE(more());
+  for (int round = 0; round < 3; ++round) {
+    bus.Stop();
+    service.Wait();
+    bus.Start();
+    service.Start();
+    EXPECT_TRUE(more());
+  }
+  is_over = true;
+  for (std::thread& thread : threads) thread.join();
+}
+
+TEST_F(Proxy, OfTheLightVariantTalksToTheFullServiceWhateverItIsToldTo) {
+  Service service(bus);
+  const pid_t process = fork();
+  if (process == 0) {
+    execl(LIGHT_CLIENT, "/opt/usr/apps/org.tizen.litetavcore/bin/x", "elsewhere", nullptr);
+    _exit(127);
+  }
+  int status = 0;
+  ASSERT_EQ(waitpid(process, &status, 0), process);
+  EXPECT_EQ(status, 0);
+  EXPECT_EQ(service.Calls("heartbeat").size(), 1U);
+  EXPECT_TRUE(log.HasNotice("Reset dbus receiver to [tavcore]."));
 }
 
 TEST_F(Proxy, TalksToTheServiceOfItsName) {

@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: Apache-2.0
+//
+// The group lists: configuration values that map a run title to an app's id.
+#include <map>
+#include <string>
+
+#include "tav_common/tav_log.h"
+#include "tav_db_api/tav_db_api_border.h"
+#include "tav_db_api/tav_db_api_lookup.h"
+#include "tav_db_api/tav_db_client_values.h"
+#include "tav_db_api_inner.h"
+
+namespace {
+
+constexpr char kAndroidGroupKey[] = "RESERVED_37";
+constexpr char kAppGroupKey[] = "RESERVED_27";
+
+constexpr int kMemberInstalled = 0;
+constexpr int kMemberNotInstalled = 1;
+constexpr int kNoMember = 3;
+
+void FindMember(const char* list_key, const std::string& run_title, std::string& app_id,
+                int& state) {
+  const TavLock lock(g_Mute);
+  std::string text;
+  if (!GetConfigText(list_key, text)) return;
+  TAV_LOGI("the runtitle list %s", text.c_str());
+  std::map<std::string, std::string> members;
+  ParseStringToList(text, ",", ":", members);
+  const auto member = members.find(run_title);
+  if (member == members.end()) {
+    state = kNoMember;
+    return;
+  }
+  app_id = member->second;
+  tav_app_info_s info;
+  const bool is_installed = m_tav_get_app_info(app_id.c_str(), &info) == 0;
+  state = is_installed ? kMemberInstalled : kMemberNotInstalled;
+}
+
+}  // namespace
+
+void GetAppIDFromAndroidGroupList(const std::string& runTitle, std::string& appId, int& state) try {
+  FindMember(kAndroidGroupKey, runTitle, appId, state);
+} catch (...) {
+  AnswerException(__func__);
+}
+
+void GetAppIDFromAppGroupList(const std::string& runTitle, std::string& appId, int& state) try {
+  FindMember(kAppGroupKey, runTitle, appId, state);
+} catch (...) {
+  AnswerException(__func__);
+}

@@ -1,0 +1,115 @@
+// SPDX-License-Identifier: Apache-2.0
+//
+// All installed apps as an XML file at a fixed place. Values stand in it as they are: no
+// character is escaped.
+#include <tzplatform_config.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+
+#include "tav_common/tav_arguments.h"
+#include "tav_common/tav_handles.h"
+#include "tav_db_api.h"
+#include "tav_db_api/tav_db_api_border.h"
+#include "tav_db_api/tav_db_client_app_info.h"
+#include "tav_db_api/tav_db_client_app_list.h"
+#include "tav_db_api/tav_db_client_checks.h"
+#include "tav_db_api/tav_db_client_values.h"
+
+namespace {
+
+using File = std::unique_ptr<FILE, CallOnRelease<std::fclose>>;
+
+constexpr int kDataDirectory = 2;  // the platform's number of the variable
+constexpr char kXmlFile[] = "/tavcore/common/apps_info.xml";
+constexpr ListComplaints kComplaints = {"failed to malloc app_list", "failed to get app list"};
+
+// A link or a relative part in the way could lead the writer elsewhere. A path that does not
+// resolve yet is left to the opening.
+bool IsRealPath(const char* path) {
+  const MallocText real(realpath(path, nullptr));
+  TAV_LOGI("RealPath is [%s]", Printable(real.get()));
+  if (real == nullptr || std::strcmp(real.get(), path) == 0) return true;
+  TAV_LOGE("realPaths is not realpath, so can not open it!!!");
+  return false;
+}
+
+void WriteApp(FILE* file, const tav_app_info_s& app) {
+  std::fprintf(file, "%s %s=\"%s\" ", "<widget", "id", app.app_id);
+  std::fprintf(file, "%s=\"%s\" ", "name", app.app_title);
+  std::fprintf(file, "%s=\"%d\" ", "lock", app.is_lock);
+  std::fprintf(file, "%s=\"%d\" ", "hidden", app.is_hidden);
+  std::fprintf(file, "%s=\"%s\" ", "runTitle", app.app_runtitle);
+  std::fprintf(file, "%s=\"%ld\" ", "size", static_cast<long>(app.size));
+  std::fprintf(file, "%s=\"%d\" ", "myAppIdx", app.app_index);
+  std::fprintf(file, "%s=\"%d\">\n", "network", app.is_network);
+  std::fprintf(file, "%s%s%s\n", "<installedPath>", app.app_installed_path, "</installedPath>");
+  std::fprintf(file, "%s%s%s\n", "<icon>", app.app_icon_path, "</icon>");
+  std::fputs("</widget>\n", file);
+}
+
+// Writes the whole document, down to the device. False, after a log, when it did not get there.
+bool WriteDocument(FILE* file, const tav_app_info_s* list, int count) {
+  std::fputs("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<list>\n", file);
+  for (int i = 0; i < count; ++i) WriteApp(file, list[i]);
+  std::fputs("</list>\n", file);
+  const bool is_flushed = std::fflush(file) == 0;
+  const bool is_synced = fsync(fileno(file)) == 0;
+  if (is_flushed && is_synced && std::ferror(file) == 0) return true;
+  TAV_LOGE("failed to write xml file");
+  return false;
+}
+
+int WriteApps(FILE* file) REQUIRES(g_Mute) {
+  Query query("  where is_app_available = ? and is_need_reset = ? and install_state = ? ");
+  query.Bind(kAvailable).Bind(kNotMarkedForReset).Bind(kInstalled);
+  int count = 0;
+  const int counted = GetAppsTableCount(&count, query.Condition(), 0, query.Binds());
+  if (counted != 0) {
+    TAV_LOGE("failed to get AppsTable Count ");
+    return counted;
+  }
+  if (count == 0) {
+    TAV_LOGI("real_count is 0 ");
+    return 0;
+  }
+  TAV_LOGI("real_count:%d", count);
+  tav_app_info_s* records = nullptr;
+  int delivered = 0;
+  const int result = DeliverList(
+      count, &records, &delivered, kComplaints, [&](tav_app_info_s* list) REQUIRES(g_Mute) {
+        return GetAppsTableList(list, count, query.Condition(), 0, query.Binds(), false);
+      });
+  const MallocPtr<tav_app_info_s> list(records);
+  if (result != 0) return result;
+  return WriteDocument(file, list.get(), count) ? 0 : kFailed;
+}
+
+}  // namespace
+
+int tav_write_all_app_info_to_xml(char** path) try {
+  TAV_LOGI("Start");
+  const TavLock lock(g_Mute);
+  if (PlatformRefuses() || HasNull({path})) return kFailed;
+  *path = static_cast<char*>(std::calloc(1, TAV_TEXT_SIZE));
+  if (*path == nullptr) {
+    TAV_LOGE("keydata malloc is NULL");
+    return kFailed;
+  }
+  const char* directory = tzplatform_getenv(static_cast<enum tzplatform_variable>(kDataDirectory));
+  std::snprintf(*path, TAV_TEXT_SIZE, "%s%s", directory != nullptr ? directory : "", kXmlFile);
+  if (!IsRealPath(*path)) return kFailed;
+  const File file(std::fopen(*path, "w+e"));
+  if (file == nullptr) {
+    TAV_LOGE("failed to open xml file");
+    return kFailed;
+  }
+  const int result = WriteApps(file.get());
+  if (result == 0) TAV_LOGI("Finish");
+  return result;
+} catch (...) {
+  return AnswerException(__func__);
+}
