@@ -29,7 +29,7 @@ constexpr int kSignalled = 128;
 class TemporaryDirectory {
  public:
   TemporaryDirectory() {
-    m_path = (fs::temp_directory_path() / "tav-sandbox-XXXXXX").string();
+    m_path = (fs::absolute(fs::temp_directory_path()) / "tav-sandbox-XXXXXX").string();
     if (mkdtemp(m_path.data()) == nullptr) {
       throw tav_device::DeviceError(m_path + " cannot be made");
     }

@@ -18,6 +18,9 @@ namespace tavcore {
 class CallRecord {
  public:
   explicit CallRecord(bool is_verbose) : m_is_verbose(is_verbose) {}
+  ~CallRecord() { Forget(); }  // under the lock, behind the last message
+  CallRecord(const CallRecord&) = delete;
+  CallRecord& operator=(const CallRecord&) = delete;
 
   void Listen(GDBusConnection* connection);
 

@@ -65,7 +65,9 @@ void AddRate(CLI::App& app) {
   CLI::App* command = app.add_subcommand("rate", "Rate an app");
   const auto options = std::make_shared<Options>();
   command->add_option("ID", options->id, "The app's id")->required();
-  command->add_option("RATING", options->rating, "A whole number")->required();
+  command->add_option("RATING", options->rating, "A whole number")
+      ->required()
+      ->check(CheckWholeNumber);
   command->footer(kNoAnswer);
   command->callback([options] {
     CheckChanged(tav_set_app_rating(options->id.c_str(), options->rating), options->id);
@@ -86,7 +88,7 @@ void RunTicker(const std::optional<int>& mode) {
 void AddTicker(CLI::App& app) {
   CLI::App* command = app.add_subcommand("ticker", "Show the mode of the ticker, or set it");
   const auto mode = std::make_shared<std::optional<int>>();
-  command->add_option("MODE", *mode, "The mode to set, a whole number");
+  command->add_option("MODE", *mode, "The mode to set, a whole number")->check(CheckWholeNumber);
   command->footer(kNoAnswer);
   command->callback([mode] { RunTicker(*mode); });
 }
@@ -96,7 +98,9 @@ void AddState(CLI::App& app, const AppState& state) {
   const auto id = std::make_shared<std::string>();
   command->add_option("ID", *id, "The app's id, Tizen id, package name, native or Android id")
       ->required();
-  command->footer("Prints yes with exit status 0, or no with 1; an app that is not there is a no.");
+  command->footer(
+      "Prints yes with exit status 0, or no with 1. An app that is not there is a no, and so is\n"
+      "a refused call; while the database is busy, updating says yes and installing says no.");
   command->callback([id, &state] {
     const bool is_so = state.call(id->c_str()) == 0;
     std::cout << (is_so ? "yes" : "no") << "\n";

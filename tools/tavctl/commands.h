@@ -34,6 +34,9 @@ class CommandError : public std::runtime_error {
   ExitStatus m_status;
 };
 
+// A check for CLI11: a decimal number, as people write it.
+std::string CheckWholeNumber(const std::string& text);
+
 // Throws what a failed call of the library means: busy, or the refusal; every failure but busy has
 // its cause in the platform log alone. Does nothing for 0.
 void CheckResult(int result, const std::string& refusal);
@@ -42,8 +45,11 @@ void CheckResult(int result, const std::string& refusal);
 void CheckFound(int result, const std::string& kind, const std::string& key);
 
 // Each runs its work from CLI11's callback and throws CommandError.
+void AddBuiltInCommand(CLI::App& app);
 void AddChangeCommands(CLI::App& app);
 void AddCountCommand(CLI::App& app);
+void AddExportCommand(CLI::App& app);
+void AddGroupCommand(CLI::App& app);
 void AddInfoCommand(CLI::App& app);
 void AddListCommand(CLI::App& app);
 void AddShowPropertyCommand(CLI::App& app);

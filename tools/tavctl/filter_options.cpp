@@ -5,6 +5,8 @@
 
 #include <CLI/CLI.hpp>
 
+#include "commands.h"
+
 std::vector<CLI::Option*> AddFilterOptions(CLI::App& command, tav_app_filter_s& filter) {
   filter = {kEveryApp, 0, kEveryApp};
   return {
@@ -13,10 +15,12 @@ std::vector<CLI::Option*> AddFilterOptions(CLI::App& command, tav_app_filter_s& 
               "--featured", filter.featured,
               "Only apps with one of these kinds, the sum of some of 1, 2, 4 and 8; 3 takes "
               "8 as well (default: 65535, all)")
-          ->option_text("N"),
+          ->option_text("N")
+          ->check(CheckWholeNumber),
       command
           .add_option("--type", filter.app_type,
                       "Only apps of these types, 2, 4 or 6 for both (default: 65535, all)")
-          ->option_text("N"),
+          ->option_text("N")
+          ->check(CheckWholeNumber),
   };
 }

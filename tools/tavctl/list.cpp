@@ -69,8 +69,8 @@ is_lock, is_usb_app or is_hidden. Like --all, --key shows hidden apps.
 
 The table writes control characters in titles out, for example \n or \x1b, and
 cuts long titles on a terminal. --csv is RFC 4180: a header, lines that end in
-CR LF, quotes where they are needed, texts as they are. --json and --csv hold
-every field of a record, by its name in tav_app_info_s. An empty list is
+CR LF, quotes where they are needed, texts as valid UTF-8 and not escaped. --json
+and --csv hold every field of the record, by its name there. An empty list is
 no failure.
 
 Examples:

@@ -27,6 +27,9 @@ Exit status: 0 done; 1 refused, not found, or the output could not be written;
 
 // A library of another layout would write past the records of this program.
 void CheckRecordLayout() {
+  if (get_size_of_tav_app_filter_s() != sizeof(tav_app_filter_s)) {
+    throw CommandError(kRefused, "the library's filter has another size than this program's");
+  }
   const unsigned int theirs = get_size_of_tav_app_info_s();
   if (theirs != sizeof(tav_app_info_s)) {
     throw CommandError(kRefused, "the library's app record has " + std::to_string(theirs) +
@@ -45,18 +48,31 @@ int Run(int argc, char** argv) {
   AddCountCommand(app);
   AddInfoCommand(app);
   AddShowPropertyCommand(app);
+  AddBuiltInCommand(app);
+  AddGroupCommand(app);
+  AddExportCommand(app);
   AddChangeCommands(app);
   try {
     app.parse(argc, argv);
   } catch (const CLI::RuntimeError& answer) {
     return answer.get_exit_code();  // a command's own status, with its output made
   } catch (const CLI::ParseError& error) {
-    return app.exit(error) == 0 ? kSuccess : kUsage;
+    if (error.get_exit_code() == 0) return app.exit(error);  // --help, --version
+    std::cerr << Harmless(error.what()) << "\nRun with --help for more information.\n";
+    return kUsage;
   }
   return kSuccess;
 }
 
 }  // namespace
+
+std::string CheckWholeNumber(const std::string& text) {
+  const std::size_t start = text.rfind('-', 0) == 0 ? 1 : 0;
+  const bool is_number = text.size() > start &&
+                         text.find_first_not_of("0123456789", start) == std::string::npos &&
+                         (text[start] != '0' || text.size() == start + 1);
+  return is_number ? "" : "\"" + Printable(text) + "\" is not a whole number";
+}
 
 void CheckResult(int result, const std::string& refusal) {
   if (result == 0) return;

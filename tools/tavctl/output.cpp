@@ -20,7 +20,8 @@ constexpr gunichar kCutOff = static_cast<gunichar>(-2);
 constexpr gunichar kInvalid = static_cast<gunichar>(-1);
 
 bool TurnsWritingDirection(gunichar c) {
-  return (c >= 0x202a && c <= 0x202e) || (c >= 0x2066 && c <= 0x2069);
+  return c == 0x061c || c == 0x200e || c == 0x200f || (c >= 0x202a && c <= 0x202e) ||
+         (c >= 0x2066 && c <= 0x2069);
 }
 
 bool IsUnsafe(gunichar c) {
@@ -63,21 +64,25 @@ std::string ValidUtf8(const std::string& text) {
 }
 
 std::string Printable(const std::string& text) {
+  std::string doubled;
+  for (const char c : text) doubled.append(c == '\\' ? 2 : 1, c);
+  return Harmless(doubled);
+}
+
+std::string Harmless(const std::string& text) {
   const std::string valid = ValidUtf8(text);
-  std::string printable;
+  std::string harmless;
   for (const char* at = valid.c_str(); *at != '\0';) {
     const gunichar c = g_utf8_get_char(at);
     const char* next = g_utf8_next_char(at);
-    if (c == '\\') {
-      printable += "\\\\";
-    } else if (IsUnsafe(c)) {
-      printable += Escaped(c);
+    if (IsUnsafe(c)) {
+      harmless += Escaped(c);
     } else {
-      printable.append(at, next);
+      harmless.append(at, next);
     }
     at = next;
   }
-  return printable;
+  return harmless;
 }
 
 std::size_t TerminalWidth(const std::string& text) {

@@ -21,6 +21,9 @@ std::string ValidUtf8(const std::string& text);
 // \u202e, a backslash becomes \\.
 std::string Printable(const std::string& text);
 
+// The same with backslashes as they are: for a message that holds printable texts already.
+std::string Harmless(const std::string& text);
+
 // How many of a terminal's columns the text takes: two for a wide character, none for one that
 // joins another. The text is Printable's.
 std::size_t TerminalWidth(const std::string& text);

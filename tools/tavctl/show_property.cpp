@@ -57,7 +57,7 @@ Json::Value AskText(Call call) {
 
 Json::Value AskUsb(const Keys& keys) {
   const int result = tav_check_is_usb_app(keys.app_id->c_str());
-  return result < 0 && !Succeeded(result) ? Json::Value() : Json::Value(result != 0);
+  return result >= 0 || Succeeded(result) ? Json::Value(result != 0) : Json::Value();
 }
 
 Json::Value AskRating(const Keys& keys) {
@@ -260,7 +260,8 @@ void AddShowPropertyCommand(CLI::App& app) {
       ->option_text("TEXT");
   command->add_option("--ait", options->ait, "The broadcast ids to ask for a run title with")
       ->option_text("ORG APP")
-      ->expected(2);
+      ->type_size(2)
+      ->expected(1);
   command->add_flag("--json", options->json, "Print one JSON object");
   command->footer(Footer());
   command->callback([options] { RunShowProperty(*options); });
