@@ -68,9 +68,9 @@ void CompleteFromPackageApp(_APPS_INNER_INFO_T& app) {
   TAV_LOGI("[%s] get icon %s", app.strPackageName.c_str(), icon);
 }
 
-// Removes, for each package that is not offered, the first app of that package.
-void RemoveUnsupported(Apps& list) {
-  for (const auto& [package, unused] : GetUnsupportedPkgList()) {
+// Removes, for each of the packages, the first app of that package.
+void RemoveFirstOfEach(const std::map<std::string, std::string>& packages, Apps& list) {
+  for (const auto& [package, unused] : packages) {
     const auto found = std::find_if(list.begin(), list.end(), [&id = package](const auto& app) {
       return app.strPackageName == id;
     });
@@ -112,9 +112,10 @@ int GetBuiltInAppList(std::vector<_APPS_INNER_INFO_T>& list, bool bTestOnly) try
     CompleteFromPackageApp(app);
     apps.push_back(std::move(app));
   }
+  const std::map<std::string, std::string> unsupported = GetUnsupportedPkgList();
   list.insert(list.end(), std::make_move_iterator(apps.begin()),
               std::make_move_iterator(apps.end()));
-  RemoveUnsupported(list);
+  RemoveFirstOfEach(unsupported, list);
   TAV_LOGI("GetBuiltInAppList end");
   return 0;
 } catch (...) {

@@ -4,6 +4,7 @@
 #include <json/reader.h>
 #include <json/value.h>
 
+#include <algorithm>
 #include <array>
 #include <memory>
 

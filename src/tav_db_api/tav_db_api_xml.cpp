@@ -85,7 +85,9 @@ int WriteApps(FILE* file) REQUIRES(g_Mute) {
       });
   const MallocPtr<tav_app_info_s> list(records);
   if (result != 0) return result;
-  return WriteDocument(file, list.get(), count) ? 0 : kFailed;
+  if (!WriteDocument(file, list.get(), count)) return kFailed;
+  TAV_LOGI("Finish");
+  return 0;
 }
 
 }  // namespace
@@ -107,9 +109,7 @@ int tav_write_all_app_info_to_xml(char** path) try {
     TAV_LOGE("failed to open xml file");
     return kFailed;
   }
-  const int result = WriteApps(file.get());
-  if (result == 0) TAV_LOGI("Finish");
-  return result;
+  return WriteApps(file.get());
 } catch (...) {
   return AnswerException(__func__);
 }
