@@ -88,6 +88,8 @@ std::string Extra(app_control_h request, const char* key) {
 
 }  // namespace
 
+// The exported name fixes the parameters' types.
+// NOLINTNEXTLINE(performance-unnecessary-value-param)
 bool db_get_app_control_data(app_control_h app_control, std::string key, std::string& value) try {
   char* text = nullptr;
   const int result = app_control_get_extra_data(app_control, key.c_str(), &text);

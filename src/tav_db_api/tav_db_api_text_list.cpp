@@ -25,8 +25,11 @@ void AddItem(const std::string& item, const std::string& pair_separator,
 
 }  // namespace
 
+// The exported name fixes the parameters' types.
+// NOLINTBEGIN(performance-unnecessary-value-param)
 void ParseStringToList(std::string text, std::string itemSeparator, std::string pairSeparator,
                        std::map<std::string, std::string>& out) try {
+  // NOLINTEND(performance-unnecessary-value-param)
   if (text.empty()) {
     TAV_LOGW("String is empty!");
     return;
