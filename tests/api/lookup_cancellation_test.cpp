@@ -21,14 +21,6 @@ namespace {
 constexpr char kKey[] = "db/tav/counter";
 constexpr int kRounds = 40;
 
-#if defined(__SANITIZE_ADDRESS__)
-constexpr bool kHasAddressSanitizer = true;
-#elif defined(__has_feature)
-constexpr bool kHasAddressSanitizer = __has_feature(address_sanitizer);
-#else
-constexpr bool kHasAddressSanitizer = false;
-#endif
-
 struct Loop {
   std::function<void()> body;
   std::atomic<int> rounds{0};
@@ -44,11 +36,6 @@ void* RunForEver(void* argument) {
 
 class CancelledThread : public ::testing::Test {
  protected:
-  void SetUp() override {
-    if (kHasAddressSanitizer) {
-      GTEST_SKIP() << "it takes the frames that a cancelled thread has left for still in use";
-    }
-  }
   // Cancels a thread that repeats body, at another moment each time, and says whether it ended as
   // a cancelled thread does.
   static void EndsWhileItRepeats(const std::function<void()>& body) {

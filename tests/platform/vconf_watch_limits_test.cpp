@@ -38,7 +38,7 @@ TEST_F(WatchLimits, ShowAChangeWhoseEventWasLostInAnOverflow) {
   const Watching watching(kKey, Record, &calls);
   int limit = 0;
   std::ifstream("/proc/sys/fs/inotify/max_queued_events") >> limit;
-  if (limit <= 0 || limit > 200000) GTEST_SKIP() << "no overflow within reach";
+  ASSERT_GT(limit, 0);
   // Two names in turn: the kernel joins equal events only.
   const std::string names[] = {(Root() / kFile).string() + ".a", (Root() / kFile).string() + ".b"};
   for (int i = 0; i < limit + 10; ++i) {

@@ -24,6 +24,7 @@ using Environment = std::map<std::string, std::optional<std::string>>;
 
 constexpr std::chrono::seconds kStartTime(20);
 constexpr std::chrono::seconds kEndTime(5);
+constexpr Clock::time_point kNever = Clock::time_point::max();
 constexpr int kSignalled = 128;
 
 class TemporaryDirectory {
@@ -78,29 +79,30 @@ class Service {
   bool m_is_end_told = false;
 };
 
-int MillisecondsUntil(const std::optional<Clock::time_point>& deadline) {
-  if (!deadline) return -1;
+// As poll takes them: -1 for no limit.
+int MillisecondsUntil(Clock::time_point deadline) {
+  if (deadline == kNever) return -1;
   const auto left =
-      std::chrono::duration_cast<std::chrono::milliseconds>(*deadline - Clock::now()).count();
+      std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now()).count();
   return left < 0 ? 0 : static_cast<int>(left);
 }
 
 // Returns when the command has ended. Signals are passed on to it; one that means the end gives
 // it some time, then it is killed.
 int WaitForCommand(tav_device::Child& command, Service& service, Signals& signals) {
-  std::optional<Clock::time_point> deadline;
+  Clock::time_point deadline = kNever;
   while (true) {
     if (const auto status = command.Status()) return *status;
     service.Watch();
     const auto signal = signals.Wait(MillisecondsUntil(deadline));
-    if (deadline && Clock::now() >= *deadline) {
+    if (Clock::now() >= deadline) {
       command.Signal(SIGKILL);
-      deadline.reset();
+      deadline = kNever;
     }
     if (!signal || signal->number == SIGCHLD) continue;
     if (!signal->is_from_terminal || signal->number == SIGHUP) command.Signal(signal->number);
     const bool is_the_end = signal->number == SIGTERM || signal->number == SIGHUP;
-    if (is_the_end && !deadline) deadline = Clock::now() + kEndTime;
+    if (is_the_end && deadline == kNever) deadline = Clock::now() + kEndTime;
   }
 }
 
