@@ -26,6 +26,16 @@
  *   all database work, so a call can wait for another one. A busy database is polled every
  *   10 ms, 100 times for a statement's preparation and 100 times for each of its steps: about
  *   one second each before -2. Not for use in a signal handler.
+ *
+ * Fork. A forked child may read, whatever the threads of its parent were doing: fork waits until
+ *   the call under way has ended, and the child opens a connection of its own. A call is waited
+ *   for 5 s, longer than a read waits for a busy database; in a child that is forked then, all
+ *   that needs the database or the service fails. Requests to the service fail in the child of a
+ *   process that has made one, since a bus connection cannot be inherited. Otherwise the child
+ *   connects by itself, in vain, after up to 35 s, if the host has used GLib's threads before.
+ *   Watched settings stay the parent's. A child that outlives its parent must not read a database
+ *   in WAL mode: locks that the two share end with the parent. Programs that are started with
+ *   exec inherit none of this.
  */
 #ifndef TAV_DB_API_H_
 #define TAV_DB_API_H_
@@ -144,6 +154,22 @@ typedef enum tav_app_viewmode_e TAV_ENUM_INT {
   TAV_APP_VIEWMODE_TITLE_DESCENDING = 4,
   TAV_APP_VIEWMODE_RECENTLY_LAUNCHED = 5
 } tav_app_viewmode_e;
+
+/* The settings that can be watched. The numbers are part of the interface; 3 is none of them. */
+typedef enum tav_vconf_key_e TAV_ENUM_INT {
+  TAV_VCONF_KEY_FACTORY_RESET_TYPE = 0,
+  TAV_VCONF_KEY_APPSYNC_START = 1,
+  TAV_VCONF_KEY_HOMEDECK_RESET_STATUS = 2,
+  TAV_VCONF_KEY_INSTALLED_APPID = 4
+} tav_vconf_key_e;
+
+/*
+ * Called when a watched setting changed, with its new value and the pointer that was handed in
+ * at the registration.
+ */
+typedef void (*tav_int_changed_cb)(int value, void* userData);
+/* value is valid during the call; null when the setting holds no text. */
+typedef void (*tav_text_changed_cb)(const char* value, void* userData);
 
 /* One app of a multi-screen list. */
 typedef struct tav_app_ms_s {
@@ -395,6 +421,110 @@ TAV_API int tav_get_app_list_json(struct app_control_s* app_control, char** json
  */
 TAV_API int tav_write_all_app_info_to_xml(char** path);
 
+/* ---- Settings ----
+ *
+ * What the service publishes of its state, each the value of one setting of the platform. A
+ * getter reads it anew, takes no lock and needs no database. It returns 0; -1, with the out value
+ * untouched, when the setting is missing or of another type, or the pointer is null. A text is a
+ * new block that the caller frees.
+ */
+
+/* The key of the apps' service, "db/comss/appkey". */
+TAV_API int tav_get_appkey(char** key);
+
+/* The version of the apps' service, "db/comss/kestranaversion". */
+TAV_API int tav_get_kestrana_ver(char** version);
+
+/* How far the apps are synchronised with the store, "db/tav/app_sync_status". */
+TAV_API int tav_get_tv_sync_status(int* status);
+
+/*
+ * The kind of factory reset that is under way, "db/tav/factory_reset"; reads of the database are
+ * refused during 1 and 2.
+ */
+TAV_API int tav_get_factory_reset_type(int* type);
+
+/* Whether the synchronisation of the apps has started, "memory/tav/appsync". */
+TAV_API int tav_get_appsync_start_status(int* status);
+
+/* The state of the home screen's reset, "db/homedeck/reset/tavcore". */
+TAV_API int tav_get_homedeck_reset_status(int* status);
+
+/* How far the service has started, "memory/tav/boot_status". */
+TAV_API int tav_get_tav_boot_status(int* status);
+
+/* The id of the app that was installed last, "memory/tav/app_install". */
+TAV_API int tav_get_installed_appid(char** appId);
+
+/* Deprecated: there are no extra apps any more. Always -1; the arguments are not looked at. */
+#ifdef __cplusplus
+TAV_API int tav_get_extra_appid(...);
+#else
+TAV_API int tav_get_extra_appid(char** appId);
+#endif
+
+/*
+ * Tells the watchers of the apps to reload, by setting "memory/tav/app_change" to 1. Returns 0,
+ * or -1 when the setting cannot be written. No lock.
+ */
+TAV_API int tav_set_app_change(void);
+
+/*
+ * A value of the service's configuration table as a new block that the caller frees. Always
+ * returns 0; *value is untouched when there is no such value or it cannot be read, so set it to
+ * null before.
+ */
+TAV_API int tav_inner_config_db_api(const char* name, char** value);
+
+/*
+ * The configuration value "SYNC_STATE" as a number, 0 for a text that is none. Returns 0; -1, with
+ * *state untouched, when there is no such value or the database cannot be used; -2 when it stayed
+ * busy.
+ */
+TAV_API int tav_get_tv_sync_state(int* state);
+
+/* ---- Watching settings ----
+ *
+ * A callback is called whenever a process sets the setting, also to the value that it has. The
+ * calls come from the main context of the thread that registered the setting's first callback:
+ * somebody has to run that context, for example with g_main_loop_run. Changes in quick
+ * succession may be told as one; the last value is never lost.
+ *
+ * Callbacks of one setting are unique by function and are called in the order of registration.
+ * A callback that is registered again keeps its place and its user data, and the result is 0.
+ * The library stores userData and hands it back; it neither reads nor frees it.
+ *
+ * During its call a callback may register and unregister, itself as well: one that is
+ * unregistered is not called any more, not even for the change that is being told, and one that
+ * is registered waits for the next change. An exception that leaves a callback is logged and
+ * dropped.
+ *
+ * Unlike the rest of this interface: no lock. Registering, unregistering and the calls must not
+ * happen at the same time on different threads; the thread that runs the main context is the
+ * place for all three.
+ *
+ * Registering returns 0; -1 for a null callback, when the platform refuses the watch or memory
+ * ran out, and nothing is stored then. Unregistering returns 0; -1 for a null callback or one
+ * that is not registered.
+ */
+
+/* "db/tav/factory_reset": a factory reset begins or has ended. */
+TAV_API int tav_register_factory_reset_type_changed_cb(tav_int_changed_cb callback, void* userData);
+TAV_API int tav_unregister_factory_reset_type_changed_cb(tav_int_changed_cb callback);
+
+/* "memory/tav/appsync": the synchronisation of the apps starts. */
+TAV_API int tav_register_appsync_start_changed_cb(tav_int_changed_cb callback, void* userData);
+TAV_API int tav_unregister_appsync_start_changed_cb(tav_int_changed_cb callback);
+
+/* "db/homedeck/reset/tavcore": the state of the home screen's reset. */
+TAV_API int tav_register_homedeck_reset_status_changed_cb(tav_int_changed_cb callback,
+                                                          void* userData);
+TAV_API int tav_unregister_homedeck_reset_status_changed_cb(tav_int_changed_cb callback);
+
+/* "memory/tav/app_install": an app was installed; the value is its id. */
+TAV_API int tav_register_installed_appid_changed_cb(tav_text_changed_cb callback, void* userData);
+TAV_API int tav_unregister_installed_appid_changed_cb(tav_text_changed_cb callback);
+
 #ifdef __cplusplus
 }
 
@@ -410,7 +540,7 @@ TAV_API int tav_get_app_info_by_runtitle(const char* run_title, tav_app_info_s* 
  * The installed, available apps whose integer column named key is 1, hidden ones included, in the
  * database's order; at most count of them when count is above 0. key stands in the statement as
  * it is: hand over names of columns only, never what a user typed. Results as tav_get_app_list,
- * except that a failed count leaves *realCount 0 or untouched.
+ * except that a failed count leaves *realCount untouched, 0 or at what had been counted.
  */
 TAV_API int tav_get_key_list(const std::string& key, int count, tav_app_info_s** appList,
                              int* realCount);
@@ -421,6 +551,53 @@ TAV_API int tav_get_key_list(const std::string& key, int count, tav_app_info_s**
  */
 TAV_API bool db_get_app_control_data(struct app_control_s* app_control, std::string key,
                                      std::string& value);
+
+/*
+ * The typed registrations with the setting as a number and the callback as an int, its address
+ * read as unsigned; -1 for any other number. Where addresses are wider than an int only those
+ * below 4 GiB fit, so prefer the typed functions: they take any.
+ */
+TAV_API int tav_register_value_cb(tav_vconf_key_e key, int callback, void* userData);
+TAV_API int tav_unregister_value_cb(tav_vconf_key_e key, int callback);
+
+#if INTPTR_MAX > INT32_MAX
+/* NOLINTBEGIN(performance-no-int-to-ptr): carrying an address as a number is their purpose. */
+
+/* The same with the callback's whole address. */
+inline int tav_register_value_cb(tav_vconf_key_e key, intptr_t callback, void* userData) {
+  const tav_int_changed_cb int_cb = reinterpret_cast<tav_int_changed_cb>(callback);
+  switch (key) {
+    case TAV_VCONF_KEY_FACTORY_RESET_TYPE:
+      return tav_register_factory_reset_type_changed_cb(int_cb, userData);
+    case TAV_VCONF_KEY_APPSYNC_START:
+      return tav_register_appsync_start_changed_cb(int_cb, userData);
+    case TAV_VCONF_KEY_HOMEDECK_RESET_STATUS:
+      return tav_register_homedeck_reset_status_changed_cb(int_cb, userData);
+    case TAV_VCONF_KEY_INSTALLED_APPID:
+      return tav_register_installed_appid_changed_cb(
+          reinterpret_cast<tav_text_changed_cb>(callback), userData);
+  }
+  return tav_register_value_cb(key, callback != 0 ? 1 : 0, userData); /* refuses the key */
+}
+
+inline int tav_unregister_value_cb(tav_vconf_key_e key, intptr_t callback) {
+  const tav_int_changed_cb int_cb = reinterpret_cast<tav_int_changed_cb>(callback);
+  switch (key) {
+    case TAV_VCONF_KEY_FACTORY_RESET_TYPE:
+      return tav_unregister_factory_reset_type_changed_cb(int_cb);
+    case TAV_VCONF_KEY_APPSYNC_START:
+      return tav_unregister_appsync_start_changed_cb(int_cb);
+    case TAV_VCONF_KEY_HOMEDECK_RESET_STATUS:
+      return tav_unregister_homedeck_reset_status_changed_cb(int_cb);
+    case TAV_VCONF_KEY_INSTALLED_APPID:
+      return tav_unregister_installed_appid_changed_cb(
+          reinterpret_cast<tav_text_changed_cb>(callback));
+  }
+  return tav_unregister_value_cb(key, 0); /* refuses the key */
+}
+
+/* NOLINTEND(performance-no-int-to-ptr) */
+#endif /* INTPTR_MAX > INT32_MAX */
 
 #endif /* __cplusplus */
 

@@ -86,7 +86,8 @@ struct _APPS_INNER_INFO_T {
 };
 
 // The two lookups below take no lock: inside the library they run in a section that holds it.
-// From outside, no other function of the library may run in the process at the same time.
+// From outside, no other function of the library may run in the process at the same time, and no
+// thread may fork.
 
 // Fills *info with the app whose id, Tizen id or package name is app_id. Returns 0; -1 when
 // nothing matches, an argument is null or empty, or the call is refused (factory reset,

@@ -64,8 +64,10 @@ struct Settings {
 };
 
 const Settings& TheSettings() {
-  const ErrnoKeeper keeper;
-  static const Settings settings;
+  static const Settings settings = [] {
+    const ErrnoKeeper keeper;
+    return Settings();
+  }();
   return settings;
 }
 

@@ -7,6 +7,9 @@
 
 #include <pthread.h>
 
+#include <atomic>
+#include <ctime>
+
 #include "tav_common/tav_thread_annotations.h"
 
 class CAPABILITY("mutex") TavMutex {
@@ -15,11 +18,43 @@ class CAPABILITY("mutex") TavMutex {
   TavMutex(const TavMutex&) = delete;
   TavMutex& operator=(const TavMutex&) = delete;
 
-  void Lock() ACQUIRE() { pthread_mutex_lock(&m_mutex); }
-  void Unlock() RELEASE() { pthread_mutex_unlock(&m_mutex); }
+  void Lock() ACQUIRE() {
+    pthread_mutex_lock(&m_mutex);
+    m_owner = pthread_self();
+  }
+  // False when it stayed locked for so long.
+  bool LockWithin(int seconds) TRY_ACQUIRE(true) {
+    timespec now;
+    clock_gettime(CLOCK_MONOTONIC, &now);
+    const time_t end = now.tv_sec + seconds;
+    do {
+      // The clock of this call can be set while it waits, so it waits for a second at a time.
+      timespec slice;
+      clock_gettime(CLOCK_REALTIME, &slice);
+      ++slice.tv_sec;
+      if (pthread_mutex_timedlock(&m_mutex, &slice) == 0) {
+        m_owner = pthread_self();
+        return true;
+      }
+      clock_gettime(CLOCK_MONOTONIC, &now);
+    } while (now.tv_sec < end);
+    return false;
+  }
+  void Unlock() RELEASE() {
+    m_owner = pthread_t{};
+    pthread_mutex_unlock(&m_mutex);
+  }
+  // Unlocks it, whoever has locked it: for a forked child, in which nobody else is.
+  void Renew() {
+    m_owner = pthread_t{};
+    m_mutex = PTHREAD_MUTEX_INITIALIZER;
+  }
+  // Whether the running thread has locked it.
+  bool IsMine() const { return m_owner == pthread_self(); }
 
  private:
   pthread_mutex_t m_mutex = PTHREAD_MUTEX_INITIALIZER;
+  std::atomic<pthread_t> m_owner{};
 };
 
 class SCOPED_CAPABILITY TavLock {

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cstring>
 #include <ctime>
+#include <exception>
 #include <utility>
 
 #include "tav_common/tav_cancellation.h"
@@ -59,7 +60,11 @@ void LogBootMode() {
 
 CTAVGdbus::CTAVGdbus(const std::string& client, const std::string& server,
                      void (*cb)(const _TAV_PROXY_ASYNC_EVENT&, void*), void* userData)
-    : m_strClient(client), m_strServer(server), m_pfnAsyncCb(cb), m_pUserData(userData) {
+    : m_strClient(client),
+      m_nProcess(getpid()),
+      m_strServer(server),
+      m_pfnAsyncCb(cb),
+      m_pUserData(userData) {
   TAV_LOGI("CTAVGdbus [%s] constructor.", m_strClient.c_str());
   m_strProcessName = getProcessName();
   if (m_strProcessName.empty()) m_strProcessName = "no_name";
@@ -88,6 +93,11 @@ CTAVGdbus::~CTAVGdbus() {
 bool CTAVGdbus::GetProxy(const char* introspectionXml, GDBusInterfaceVTable vtable) {
   const TavNoCancellation whole;
   TAV_LOGI("Start");
+  // Before any lock: a thread of the parent may have held it.
+  if (getpid() != m_nProcess) {
+    TAV_LOGE("the process that forked this one has used the bus, so this one cannot");
+    return false;
+  }
   if (IsProxyCreated() && HasHeartbeat()) {
     TAV_LOGI("Gdbus proxy has been created");
     return true;
@@ -105,11 +115,12 @@ bool CTAVGdbus::GetProxy(const char* introspectionXml, GDBusInterfaceVTable vtab
   // The bus is gone, and with it the name and the object of the monitor.
   SetConnection(nullptr);
   m_pMonitor.reset();
-  GMainContextPtr context(g_main_context_new());
+  const GMainContextPtr context(g_main_context_new());
   if (!Connect(context.get())) return false;
-  if (!StartMonitor(std::move(context))) {
+  if (!StartMonitor(context.get())) {
     TAV_LOGE("failed to create thread");
     ReleaseProxy();
+    IterateToTheEnd(context.get());
     return false;
   }
   WaitForMonitor();
@@ -148,16 +159,22 @@ bool CTAVGdbus::Connect(GMainContext* context) {
   return true;
 }
 
-bool CTAVGdbus::StartMonitor(GMainContextPtr context) {
+// A connection without a monitor would be taken for a whole one from then on, so nothing may
+// leave but by the result.
+bool CTAVGdbus::StartMonitor(GMainContext* context) try {
   const std::string object_name = "obj" + std::to_string(getpid());
   {
     const TavLock lock(m_tStateMutex);
     m_strObjName = object_name;
   }
   m_pMonitor = std::make_unique<TavBusMonitor>(
-      TavBusMonitorJob{std::move(context), Connection(), object_name, m_strIntrospectionXml,
-                       m_tInterfaceVTable, m_strClient, m_strServer, [this] { OnMonitorReady(); }});
+      TavBusMonitorJob{GMainContextPtr(g_main_context_ref(context)), Connection(), object_name,
+                       m_strIntrospectionXml, m_tInterfaceVTable, m_strClient, m_strServer,
+                       [this] { OnMonitorReady(); }});
   return m_pMonitor->Start();
+} catch (const std::exception& error) {
+  TAV_LOGE("no monitor: %s", error.what());
+  return false;
 }
 
 // Waits once: deliberate, a time-out, a spurious wake-up and the signal are handled alike.

@@ -7,6 +7,7 @@
 
 #include <gio/gio.h>
 #include <pthread.h>
+#include <sys/types.h>
 
 #include <map>
 #include <memory>
@@ -23,7 +24,9 @@ struct _TAV_PROXY_ASYNC_EVENT {
 
 class TavBusMonitor;
 
-// Any operation may be called from any thread.
+// Any operation may be called from any thread of the process that made the object. In a forked
+// child GetProxy returns false, and nothing else is to be called: the bus connection and the
+// threads behind it are the parent's.
 class CTAVGdbus {
  public:
   // client is a name for the log. server is the service's: "tavcore" forms its bus name, its
@@ -55,7 +58,7 @@ class CTAVGdbus {
   bool HasHeartbeat();
   bool IsConnected();
   bool Connect(GMainContext* context) REQUIRES(m_tProxyMutex);
-  bool StartMonitor(GMainContextPtr context) REQUIRES(m_tProxyMutex);
+  bool StartMonitor(GMainContext* context) REQUIRES(m_tProxyMutex);
   void WaitForMonitor();
   void ReleaseProxy() REQUIRES(m_tProxyMutex);
   void OnMonitorReady();
@@ -66,6 +69,7 @@ class CTAVGdbus {
   void SetProxyCreated(bool is_created);
 
   const std::string m_strClient;
+  const pid_t m_nProcess;
   std::string m_strServer;  // settled by the constructor
   std::string m_strProcessName;
   std::map<int, _TAV_PROXY_ASYNC_EVENT> m_mapAsyncEvent;

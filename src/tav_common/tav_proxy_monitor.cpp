@@ -62,13 +62,16 @@ class BlockedSignals {
 
 }  // namespace
 
+void IterateToTheEnd(GMainContext* context) {
+  while (g_main_context_iteration(context, FALSE) != FALSE) continue;
+}
+
 TavBusMonitor::TavBusMonitor(TavBusMonitorJob job)
     : m_job(std::move(job)), m_pMainLoop(g_main_loop_new(m_job.context.get(), FALSE)) {}
 
 TavBusMonitor::~TavBusMonitor() {
   End();
-  // The end of a connection is told here, and the connection kept until then.
-  while (g_main_context_iteration(m_job.context.get(), FALSE) != FALSE) continue;
+  IterateToTheEnd(m_job.context.get());
 }
 
 void TavBusMonitor::End() {

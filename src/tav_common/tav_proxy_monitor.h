@@ -25,6 +25,9 @@ struct TavBusMonitorJob {
   std::function<void()> on_ready;
 };
 
+// Runs what is left to be told on a connection's context: its end, until which it is kept.
+void IterateToTheEnd(GMainContext* context);
+
 class TavBusMonitor {
  public:
   explicit TavBusMonitor(TavBusMonitorJob job);

@@ -15,6 +15,8 @@
 #define GUARDED_BY(lock) TAV_ANNOTATION(guarded_by(lock))
 #define REQUIRES(...) TAV_ANNOTATION(requires_capability(__VA_ARGS__))
 #define ACQUIRE(...) TAV_ANNOTATION(acquire_capability(__VA_ARGS__))
+#define TRY_ACQUIRE(...) TAV_ANNOTATION(try_acquire_capability(__VA_ARGS__))
 #define RELEASE(...) TAV_ANNOTATION(release_capability(__VA_ARGS__))
+#define TAV_NO_THREAD_SAFETY_ANALYSIS TAV_ANNOTATION(no_thread_safety_analysis)
 
 #endif  // TAV_COMMON_TAV_THREAD_ANNOTATIONS_H_

@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 //
 // The packages that are not offered on entry-level devices with a small flash.
+#include "tav_db_api/tav_db_api_blacklist.h"
+
 #include <system_info.h>
 #include <tzplatform_config.h>
 
 #include <cstdio>
 #include <cstring>
-#include <map>
 #include <memory>
-#include <string>
 
 #include "tav_common/tav_handles.h"
 #include "tav_common/tav_log.h"
@@ -58,7 +58,7 @@ bool GetBuiltInBlacklistSupport() {
   return true;
 }
 
-std::map<std::string, std::string> GetUnsupportedPkgList() try {
+std::map<std::string, std::string> throwing::GetUnsupportedPkgList() {
   std::map<std::string, std::string> packages;
   if (!GetBuiltInBlacklistSupport()) {
     TAV_LOGI("do not support unsupported pkg list");
@@ -79,6 +79,10 @@ std::map<std::string, std::string> GetUnsupportedPkgList() try {
     packages.emplace(package, package);
   }
   return packages;
+}
+
+std::map<std::string, std::string> GetUnsupportedPkgList() try {
+  return throwing::GetUnsupportedPkgList();
 } catch (...) {
   AnswerException(__func__);
   return {};

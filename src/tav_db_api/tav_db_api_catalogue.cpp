@@ -13,6 +13,7 @@
 
 #include "tav_common/tav_arguments.h"
 #include "tav_common/tav_handles.h"
+#include "tav_db_api/tav_db_api_blacklist.h"
 #include "tav_db_api/tav_db_api_border.h"
 #include "tav_db_api/tav_db_api_catalogue_text.h"
 #include "tav_db_api/tav_db_client_checks.h"
@@ -112,7 +113,7 @@ int GetBuiltInAppList(std::vector<_APPS_INNER_INFO_T>& list, bool bTestOnly) try
     CompleteFromPackageApp(app);
     apps.push_back(std::move(app));
   }
-  const std::map<std::string, std::string> unsupported = GetUnsupportedPkgList();
+  const std::map<std::string, std::string> unsupported = throwing::GetUnsupportedPkgList();
   list.insert(list.end(), std::make_move_iterator(apps.begin()),
               std::make_move_iterator(apps.end()));
   RemoveFirstOfEach(unsupported, list);
@@ -124,7 +125,9 @@ int GetBuiltInAppList(std::vector<_APPS_INNER_INFO_T>& list, bool bTestOnly) try
 
 void GetBuiltInTestAppList(std::map<std::string, _APPS_INNER_INFO_T>& testApps) try {
   const TavLock lock(g_Mute);
-  ReadTestApps(testApps);
+  TestApps added;
+  ReadTestApps(added);
+  testApps.merge(added);
 } catch (...) {
   AnswerException(__func__);
 }

@@ -3,10 +3,12 @@
 // The group lists: configuration values that map a run title to an app's id.
 #include <map>
 #include <string>
+#include <utility>
 
 #include "tav_common/tav_log.h"
 #include "tav_db_api/tav_db_api_border.h"
 #include "tav_db_api/tav_db_api_lookup.h"
+#include "tav_db_api/tav_db_api_text_list.h"
 #include "tav_db_api/tav_db_client_values.h"
 #include "tav_db_api_inner.h"
 
@@ -26,15 +28,16 @@ void FindMember(const char* list_key, const std::string& run_title, std::string&
   if (!GetConfigText(list_key, text)) return;
   TAV_LOGI("the runtitle list %s", text.c_str());
   std::map<std::string, std::string> members;
-  ParseStringToList(text, ",", ":", members);
+  throwing::ParseStringToList(text, ",", ":", members);
   const auto member = members.find(run_title);
   if (member == members.end()) {
     state = kNoMember;
     return;
   }
-  app_id = member->second;
+  std::string& id = member->second;
   tav_app_info_s info;
-  const bool is_installed = m_tav_get_app_info(app_id.c_str(), &info) == 0;
+  const bool is_installed = throwing::m_tav_get_app_info(id.c_str(), &info) == 0;
+  app_id = std::move(id);
   state = is_installed ? kMemberInstalled : kMemberNotInstalled;
 }
 

@@ -8,6 +8,9 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <ios>
+#include <memory>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -31,11 +34,13 @@ Json::Value ToJson(bool flag) {
   return flag ? "1" : "0";
 }
 
+// The keys are literals, which the objects need not copy.
 template <typename Value, std::size_t kCount>
 void AddFields(const _APPS_INNER_INFO_T& app, const InnerField<Value> (&fields)[kCount],
                Json::Value& object) {
   for (const InnerField<Value>& field : fields) {
-    if (field.key != nullptr) object[field.key] = ToJson(app.*field.member);
+    if (field.key == nullptr) continue;
+    object[Json::StaticString(field.key)] = ToJson(app.*field.member);
   }
 }
 
@@ -68,6 +73,16 @@ void LogInPieces(const std::string& text) {
   }
 }
 
+// A stream keeps an exception to itself unless it is told not to: the text would end where the
+// memory did.
+std::string Render(const Json::Value& root) {
+  const std::unique_ptr<Json::StreamWriter> writer(Json::StreamWriterBuilder().newStreamWriter());
+  std::ostringstream out;
+  out.exceptions(std::ios::badbit | std::ios::failbit);
+  writer->write(root, &out);
+  return out.str();
+}
+
 // Hands the document to the caller as a new block.
 int Deliver(const std::string& text, char** json) {
   MallocText copy(strdup(text.c_str()));
@@ -80,9 +95,24 @@ int Deliver(const std::string& text, char** json) {
   return 0;
 }
 
+bool ReadExtra(app_control_h request, const char* key, std::string& value,
+               const LogPlace& place = LogPlace::Here()) {
+  char* text = nullptr;
+  const int result = app_control_get_extra_data(request, key, &text);
+  const MallocText owner(text);
+  if (result != APP_CONTROL_ERROR_NONE || text == nullptr) {
+    TAV_LOGI_FOR(place, "do not have key[%s]!!", key);
+    return false;
+  }
+  value = text;
+  TAV_LOGI_FOR(place, "has key[%s] value[%s]", key, value.c_str());
+  return true;
+}
+
+// "" for a key that the request does not have.
 std::string Extra(app_control_h request, const char* key) {
   std::string value;
-  db_get_app_control_data(request, key, value);
+  ReadExtra(request, key, value);
   return value;
 }
 
@@ -91,16 +121,7 @@ std::string Extra(app_control_h request, const char* key) {
 // The exported name fixes the parameters' types.
 // NOLINTNEXTLINE(performance-unnecessary-value-param)
 bool db_get_app_control_data(app_control_h app_control, std::string key, std::string& value) try {
-  char* text = nullptr;
-  const int result = app_control_get_extra_data(app_control, key.c_str(), &text);
-  const MallocText owner(text);
-  if (result != APP_CONTROL_ERROR_NONE || text == nullptr) {
-    TAV_LOGI("do not have key[%s]!!", key.c_str());
-    return false;
-  }
-  value = text;
-  TAV_LOGI("has key[%s] value[%s]", key.c_str(), value.c_str());
-  return true;
+  return ReadExtra(app_control, key.c_str(), value);
 } catch (...) {
   AnswerException(__func__);
   return false;
@@ -112,7 +133,7 @@ int tav_get_app_info_json(const char* app_id, char** json) try {
   if (GetAppInnerInfo(app_id, &app) != 0) return kFailed;
   Json::Value root;
   root["app_info"].append(FullObject(app));
-  return Deliver(Json::writeString(Json::StreamWriterBuilder(), root), json);
+  return Deliver(Render(root), json);
 } catch (...) {
   return AnswerException(__func__);
 }
@@ -144,7 +165,7 @@ int tav_get_app_list_json(app_control_h app_control, char** json) try {
   for (const _APPS_INNER_INFO_T& app : list) {
     apps.append(is_built_in ? BuiltInObject(app) : FullObject(app));
   }
-  return Deliver(Json::writeString(Json::StreamWriterBuilder(), root), json);
+  return Deliver(Render(root), json);
 } catch (...) {
   return AnswerException(__func__);
 }

@@ -98,7 +98,9 @@ int tav_get_app_info_by_runtitle(const char* run_title, tav_app_info_s* info) tr
   return AnswerException(__func__);
 }
 
-int m_tav_get_app_info(const char* app_id, tav_app_info_s* info) try {
+namespace throwing {
+
+int m_tav_get_app_info(const char* app_id, tav_app_info_s* info) {
   TAV_LOGI("Start, app_id:[%s]", Printable(app_id));
   if (PlatformRefuses() || HasNull({app_id, info}) || IsEmpty(app_id, kAppIdIsEmpty))
     return kFailed;
@@ -110,11 +112,9 @@ int m_tav_get_app_info(const char* app_id, tav_app_info_s* info) try {
                           info);
   TAV_LOGI("Finish app_id:[%s],ret[%d]", app_id, result);
   return result;
-} catch (...) {
-  return AnswerException(__func__);
 }
 
-int GetAppInfoByRuntitle(tav_app_info_s* info, const char* run_title) try {
+int GetAppInfoByRuntitle(tav_app_info_s* info, const char* run_title) {
   TAV_LOGI("runtitile:[%s]", Printable(run_title));
   if (PlatformRefuses() || HasNull({run_title, info}) || IsEmpty(run_title, kRunTitleIsEmpty)) {
     return kFailed;
@@ -122,6 +122,18 @@ int GetAppInfoByRuntitle(tav_app_info_s* info, const char* run_title) try {
   const int result = Find(Query(" where run_title = ? ").Bind(run_title).AndVisible(), info);
   TAV_LOGI("Get app info by run_title:[%s] finish, ret [%d]", run_title, result);
   return result;
+}
+
+}  // namespace throwing
+
+int m_tav_get_app_info(const char* app_id, tav_app_info_s* info) try {
+  return throwing::m_tav_get_app_info(app_id, info);
+} catch (...) {
+  return AnswerException(__func__);
+}
+
+int GetAppInfoByRuntitle(tav_app_info_s* info, const char* run_title) try {
+  return throwing::GetAppInfoByRuntitle(info, run_title);
 } catch (...) {
   return AnswerException(__func__);
 }

@@ -4,7 +4,6 @@
 // share a condition; the doubled blanks are kept.
 #include <system_info.h>
 
-#include <cstdlib>
 #include <cstring>
 #include <string>
 
@@ -75,12 +74,11 @@ int FlagOf(const IntegerColumn& column, const char* app_id,
 // Gives the caller a new block of TAV_TEXT_SIZE bytes with the text.
 int DeliverText(const char* text, char** out, const char* no_memory,
                 const LogPlace& place = LogPlace::Here()) {
-  MallocText block(static_cast<char*>(std::calloc(1, TAV_TEXT_SIZE)));
+  MallocText block = NewText(text);
   if (block == nullptr) {
     TAV_LOGE_FOR(place, "%s", no_memory);
     return kFailed;
   }
-  CopyText(block.get(), text);
   *out = block.release();
   return 0;
 }
@@ -205,7 +203,7 @@ int tav_get_appid_by_runtitle(const char* runTitle, char** appId) try {
   const TavLock lock(g_Mute);
   if (HasNull({runTitle, appId})) return kFailed;
   tav_app_info_s info;
-  const int result = GetAppInfoByRuntitle(&info, runTitle);
+  const int result = throwing::GetAppInfoByRuntitle(&info, runTitle);
   if (result != 0) return Unanswered(result, LogPlace::Here());
   return DeliverText(info.app_id, appId, "app_id malloc is NULL");
 } catch (...) {
@@ -217,7 +215,7 @@ int tav_check_app_installed_by_runtitle(const char* runTitle, int* status) try {
   const TavLock lock(g_Mute);
   if (HasNull({runTitle, status}) || IsEmpty(runTitle, kRunTitleIsEmpty)) return kFailed;
   tav_app_info_s info;
-  const int result = GetAppInfoByRuntitle(&info, runTitle);
+  const int result = throwing::GetAppInfoByRuntitle(&info, runTitle);
   *status = result == 0 ? 0 : 1;
   TAV_LOGI("Finish,runtitile:[%s],status:[%d]", runTitle, *status);
   // Not found is an answer, not a failure.

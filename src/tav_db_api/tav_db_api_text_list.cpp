@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-//
-// Lists that are kept as texts.
+#include "tav_db_api/tav_db_api_text_list.h"
+
 #include <algorithm>
 
 #include "tav_common/tav_log.h"
@@ -25,21 +25,29 @@ void AddItem(const std::string& item, const std::string& pair_separator,
 
 }  // namespace
 
+void throwing::ParseStringToList(const std::string& text, const std::string& item_separator,
+                                 const std::string& pair_separator,
+                                 std::map<std::string, std::string>& out) {
+  if (text.empty()) {
+    TAV_LOGW("String is empty!");
+    return;
+  }
+  std::map<std::string, std::string> items;
+  // A separator ends an item; the last item may do without.
+  for (std::size_t start = 0; start < text.size();) {
+    const std::size_t end = std::min(text.find_first_of(item_separator, start), text.size());
+    AddItem(text.substr(start, end - start), pair_separator, items);
+    start = end + 1;
+  }
+  out.merge(items);
+}
+
 // The exported name fixes the parameters' types.
 // NOLINTBEGIN(performance-unnecessary-value-param)
 void ParseStringToList(std::string text, std::string itemSeparator, std::string pairSeparator,
                        std::map<std::string, std::string>& out) try {
   // NOLINTEND(performance-unnecessary-value-param)
-  if (text.empty()) {
-    TAV_LOGW("String is empty!");
-    return;
-  }
-  // A separator ends an item; the last item may do without.
-  for (std::size_t start = 0; start < text.size();) {
-    const std::size_t end = std::min(text.find_first_of(itemSeparator, start), text.size());
-    AddItem(text.substr(start, end - start), pairSeparator, out);
-    start = end + 1;
-  }
+  throwing::ParseStringToList(text, itemSeparator, pairSeparator, out);
 } catch (...) {
   AnswerException(__func__);
 }

@@ -3,21 +3,20 @@
 // The exported changes of an app's state, and the questions whether an app is being installed.
 #include <vconf.h>
 
-#include <map>
 #include <string>
 
 #include "tav_common/tav_arguments.h"
 #include "tav_common/tav_log.h"
+#include "tav_common/tav_settings_keys.h"
 #include "tav_db_api.h"
 #include "tav_db_api/tav_db_api_border.h"
+#include "tav_db_api/tav_db_api_text_list.h"
 #include "tav_db_api/tav_db_client_app_info.h"
 #include "tav_db_api/tav_db_client_checks.h"
 #include "tav_db_api/tav_db_client_inner.h"
 #include "tav_db_api/tav_db_write_api.h"
 
 namespace {
-
-constexpr char kAppChangeKey[] = "memory/tav/app_change";
 
 // True, after an error in the log, when there is no id. The two complaints may be the same.
 bool IsMissing(const char* app_id, const char* null_complaint, const char* empty_complaint,
@@ -60,7 +59,7 @@ int Change(const char* app_id, int (*request)(const char* app_id),
 bool IsRequiredAppUpdating(const char* app_id, const std::string& required) {
   TAV_LOGI("%s app have required app %s", app_id, required.c_str());
   std::map<std::string, std::string> ids;
-  ParseStringToList(required, ",", "", ids);
+  throwing::ParseStringToList(required, ",", "", ids);
   for (const auto& [id, unused] : ids) {
     _APPS_INNER_INFO_T app;
     if (GetAppInnerInfo(id, &app) != 0) continue;

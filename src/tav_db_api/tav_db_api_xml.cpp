@@ -5,10 +5,12 @@
 #include <tzplatform_config.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <memory>
+#include <utility>
 
 #include "tav_common/tav_arguments.h"
 #include "tav_common/tav_handles.h"
@@ -17,6 +19,7 @@
 #include "tav_db_api/tav_db_client_app_info.h"
 #include "tav_db_api/tav_db_client_app_list.h"
 #include "tav_db_api/tav_db_client_checks.h"
+#include "tav_db_api/tav_db_client_text.h"
 #include "tav_db_api/tav_db_client_values.h"
 
 namespace {
@@ -25,7 +28,7 @@ using File = std::unique_ptr<FILE, CallOnRelease<std::fclose>>;
 
 constexpr int kDataDirectory = 2;  // the platform's number of the variable
 constexpr char kXmlFile[] = "/tavcore/common/apps_info.xml";
-constexpr ListComplaints kComplaints = {"failed to malloc app_list", "failed to get app list"};
+constexpr ListComplaints kComplaints = {"failed to malloc app_list", nullptr};
 
 // A link or a relative part in the way could lead the writer elsewhere. A path that does not
 // resolve yet is left to the opening.
@@ -38,32 +41,39 @@ bool IsRealPath(const char* path) {
 }
 
 void WriteApp(FILE* file, const tav_app_info_s& app) {
-  std::fprintf(file, "%s %s=\"%s\" ", "<widget", "id", app.app_id);
-  std::fprintf(file, "%s=\"%s\" ", "name", app.app_title);
-  std::fprintf(file, "%s=\"%d\" ", "lock", app.is_lock);
-  std::fprintf(file, "%s=\"%d\" ", "hidden", app.is_hidden);
-  std::fprintf(file, "%s=\"%s\" ", "runTitle", app.app_runtitle);
-  std::fprintf(file, "%s=\"%ld\" ", "size", static_cast<long>(app.size));
-  std::fprintf(file, "%s=\"%d\" ", "myAppIdx", app.app_index);
-  std::fprintf(file, "%s=\"%d\">\n", "network", app.is_network);
-  std::fprintf(file, "%s%s%s\n", "<installedPath>", app.app_installed_path, "</installedPath>");
-  std::fprintf(file, "%s%s%s\n", "<icon>", app.app_icon_path, "</icon>");
-  std::fputs("</widget>\n", file);
+  std::fprintf(file,
+               "<widget id=\"%s\" name=\"%s\" lock=\"%d\" hidden=\"%d\" runTitle=\"%s\" "
+               "size=\"%ld\" myAppIdx=\"%d\" network=\"%d\">\n"
+               "<installedPath>%s</installedPath>\n"
+               "<icon>%s</icon>\n"
+               "</widget>\n",
+               app.app_id, app.app_title, app.is_lock, app.is_hidden, app.app_runtitle,
+               static_cast<long>(app.size), app.app_index, app.is_network, app.app_installed_path,
+               app.app_icon_path);
 }
 
-// Writes the whole document, down to the device. False, after a log, when it did not get there.
-bool WriteDocument(FILE* file, const tav_app_info_s* list, int count) {
-  std::fputs("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<list>\n", file);
-  for (int i = 0; i < count; ++i) WriteApp(file, list[i]);
-  std::fputs("</list>\n", file);
-  const bool is_flushed = std::fflush(file) == 0;
-  const bool is_synced = fsync(fileno(file)) == 0;
-  if (is_flushed && is_synced && std::ferror(file) == 0) return true;
+// Takes what was written down to the device. A file of a kind that knows no such thing, a pipe
+// for one, has all of it already.
+bool Sync(FILE* file) {
+  if (fsync(fileno(file)) == 0) return true;
+  return errno == EINVAL || errno == EROFS || errno == ENOTSUP || errno == ENOSYS;
+}
+
+// Writes the whole document, down to the device, and closes the file. False, after a log, when
+// it did not get there.
+bool WriteDocument(File file, const tav_app_info_s* list, int count) {
+  std::fputs("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<list>\n", file.get());
+  for (int i = 0; i < count; ++i) WriteApp(file.get(), list[i]);
+  std::fputs("</list>\n", file.get());
+  const bool is_flushed = std::fflush(file.get()) == 0 && std::ferror(file.get()) == 0;
+  const bool is_synced = Sync(file.get());
+  const bool is_closed = std::fclose(file.release()) == 0;
+  if (is_flushed && is_synced && is_closed) return true;
   TAV_LOGE("failed to write xml file");
   return false;
 }
 
-int WriteApps(FILE* file) REQUIRES(g_Mute) {
+int WriteApps(File file) REQUIRES(g_Mute) {
   Query query("  where is_app_available = ? and is_need_reset = ? and install_state = ? ");
   query.Bind(kAvailable).Bind(kNotMarkedForReset).Bind(kInstalled);
   int count = 0;
@@ -83,9 +93,10 @@ int WriteApps(FILE* file) REQUIRES(g_Mute) {
       count, &records, &delivered, kComplaints, [&](tav_app_info_s* list) REQUIRES(g_Mute) {
         return GetAppsTableList(list, count, query.Condition(), 0, query.Binds(), false);
       });
-  const MallocPtr<tav_app_info_s> list(records);
+  MallocPtr<tav_app_info_s> list(records);
   if (result != 0) return result;
-  if (!WriteDocument(file, list.get(), count)) return kFailed;
+  if (!WriteDocument(std::move(file), list.get(), count)) return kFailed;
+  list.reset();
   TAV_LOGI("Finish");
   return 0;
 }
@@ -96,7 +107,7 @@ int tav_write_all_app_info_to_xml(char** path) try {
   TAV_LOGI("Start");
   const TavLock lock(g_Mute);
   if (PlatformRefuses() || HasNull({path})) return kFailed;
-  *path = static_cast<char*>(std::calloc(1, TAV_TEXT_SIZE));
+  *path = NewText("").release();
   if (*path == nullptr) {
     TAV_LOGE("keydata malloc is NULL");
     return kFailed;
@@ -104,12 +115,12 @@ int tav_write_all_app_info_to_xml(char** path) try {
   const char* directory = tzplatform_getenv(static_cast<enum tzplatform_variable>(kDataDirectory));
   std::snprintf(*path, TAV_TEXT_SIZE, "%s%s", directory != nullptr ? directory : "", kXmlFile);
   if (!IsRealPath(*path)) return kFailed;
-  const File file(std::fopen(*path, "w+e"));
+  File file(std::fopen(*path, "w+e"));
   if (file == nullptr) {
     TAV_LOGE("failed to open xml file");
     return kFailed;
   }
-  return WriteApps(file.get());
+  return WriteApps(std::move(file));
 } catch (...) {
   return AnswerException(__func__);
 }

@@ -4,7 +4,7 @@
 #include <vconf.h>
 
 #include <cstdlib>
-#include <string>
+#include <string_view>
 
 #include "tav_common/tav_handles.h"
 #include "tav_common/tav_log.h"
@@ -31,9 +31,10 @@ void AgeRating::Read() {
   m_is_known = true;
   TAV_LOGI("got db/appstore/ratingvalue value[%s]", setting.get());
 
-  std::string value(setting.get());
+  // In place: a record that is half filled must not meet the end of memory.
+  const std::string_view value(setting.get());
   if (value == "OFF" || value == "ALL" || value.empty()) return;
   // The last byte is a suffix behind the age. What is left counts as 0 when it is no number.
-  value.pop_back();
-  if (!value.empty()) m_limit = std::strtol(value.c_str(), nullptr, 10);
+  setting.get()[value.size() - 1] = '\0';
+  if (value.size() > 1) m_limit = std::strtol(setting.get(), nullptr, 10);
 }

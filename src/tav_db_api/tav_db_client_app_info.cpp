@@ -152,10 +152,8 @@ void m_GetWidgetInfo(tav_app_info_s* info, AgeRating& rating) {
   const bool is_locked_by_age = rating.Locks(info->app_age_limit).value_or(false);
   if (rating.IsKnown()) TAV_LOGI("app_info->app_age_limit[%d]", info->app_age_limit);
   info->is_lock = is_locked_by_age || GetIntegerFromResult(kIsLock) != 0 ? 1 : 0;
-
-  char source[TAV_TEXT_SIZE];
-  CopyText(source, GetStringFromResult(kReservedString24));
-  TAV_LOGI("app %s is installed by %s", info->app_id, source);
+  TAV_LOGI("app %s is installed by %.*s", info->app_id, TAV_TEXT_SIZE - 1,
+           GetStringFromResult(kReservedString24));
 }
 
 int GetAppsTableInfo(tav_app_info_s* info, const std::string& condition,

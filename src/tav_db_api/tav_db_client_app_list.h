@@ -24,7 +24,7 @@ int GetAppList(tav_app_filter_s filter, tav_app_viewmode_e viewMode, int index, 
 int GetAppsMSList(tav_app_ms_s* list, int count, const std::string& where,
                   const std::vector<_TAVDB_BIND_T>& binds) REQUIRES(g_Mute);
 
-// What a list call says when it fails.
+// What a list call says when it fails. Without a not_read the reader's own lines say it all.
 struct ListComplaints {
   const char* no_memory;
   const char* not_read;
@@ -46,7 +46,7 @@ int DeliverList(int count, Record** list, int* realCount, const ListComplaints& 
   }
   const int result = read(records.get());
   if (result != 0) {
-    TAV_LOGE("%s", complaints.not_read);
+    if (complaints.not_read != nullptr) TAV_LOGE("%s", complaints.not_read);
     return result;
   }
   *list = records.release();

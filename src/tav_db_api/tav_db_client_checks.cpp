@@ -4,9 +4,10 @@
 #include <sys/stat.h>
 #include <vconf.h>
 
+#include "tav_common/tav_settings_keys.h"
+
 namespace {
 
-constexpr char kFactoryResetKey[] = "db/tav/factory_reset";
 constexpr char kRecoveryMarker[] = "/opt/dbspace/pkgreinstall";
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <tzplatform_config.h>
 #include <unistd.h>
 
+#include "tav_common/tav_fork.h"
 #include "tav_db_api/tav_db_client_health.h"
 
 TavMutex g_Mute;
@@ -25,6 +26,15 @@ void FinalizeStatement() REQUIRES(g_Mute) {
   g_pStmt = nullptr;
 }
 
+// SQLite's rule for a child: what the parent has opened is neither used nor closed, since both
+// would go by locks that the child does not have. The child opens a connection of its own.
+void ForgetConnection() TAV_NO_THREAD_SAFETY_ANALYSIS {
+  g_pConnection = nullptr;
+  g_pStmt = nullptr;
+}
+
+[[maybe_unused]] const bool g_bAreForksGuarded = GuardForks(g_Mute, ForgetConnection);
+
 }  // namespace
 
 std::string DatabasePath() {
@@ -34,6 +44,10 @@ std::string DatabasePath() {
 }
 
 int Connect(const std::string& path) {
+  if (IsForkedInACall()) {
+    TAV_LOGE("this process was forked in the middle of a call, and cannot use the database");
+    return kFailed;
+  }
   if (g_pConnection != nullptr) {
     TAV_LOGI("Data base already connected");
     return 0;

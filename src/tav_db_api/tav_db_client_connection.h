@@ -27,7 +27,7 @@ constexpr int kBusy = -2;
 
 // Serialises all database work of the process: exported functions hold it for their whole run.
 extern TavMutex g_Mute;
-// Opened by the first query, then kept for the life of the process.
+// Opened by the first query, then kept for the life of the process. A forked child has none.
 extern sqlite3* g_pConnection GUARDED_BY(g_Mute);
 extern sqlite3_stmt* g_pStmt GUARDED_BY(g_Mute);
 

@@ -47,7 +47,7 @@ bool AddFeatured(Query& query, int featured) {
   return true;
 }
 
-const char* OrderOfView(long view_mode) {
+const char* OrderOfView(int view_mode) {
   switch (view_mode) {
     case TAV_APP_VIEWMODE_MOST_USED:
       return kOrderByUseCount;

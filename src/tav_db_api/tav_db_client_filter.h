@@ -24,7 +24,7 @@ constexpr char kOrderByLaunchDate[] = " order by launch_date desc ";
 int GetStrAppType(int appType, std::string& marks, std::vector<_TAVDB_BIND_T>& binds);
 
 // The order of the view modes that every kind of list knows; the catalogue's for any other.
-const char* OrderOfView(long view_mode);
+const char* OrderOfView(int view_mode);
 
 // Adds " and app_featured in (…) " for the bits 1, 2, 4 and 8 of featured; nothing for
 // kNoFilter. False, after a log, when none of the bits is set.

@@ -29,6 +29,16 @@ void SetInnerInfo(_APPS_INNER_INFO_T& app, ColumnIndex left_alone, AgeRating& ra
   }
 }
 
+void SetFirstInnerInfo(_APPS_INNER_INFO_T& app, AgeRating& rating) REQUIRES(g_Mute) {
+  SetInnerInfo(app, kInstallSourceType, rating);
+  TAV_LOGI("set app_info success");
+}
+
+// How the numbers are read that come as texts: 0 without a digit at the beginning.
+int NumberOf(const std::string& text) {
+  return static_cast<int>(std::strtol(text.c_str(), nullptr, 10));
+}
+
 }  // namespace
 
 int m_GetAppsTableInnerInfo(_APPS_INNER_INFO_T* ptAppInfo, const std::string& strParam,
@@ -36,10 +46,7 @@ int m_GetAppsTableInnerInfo(_APPS_INNER_INFO_T* ptAppInfo, const std::string& st
   const int prepared = PrepareAndBind(SelectApps() + strParam, binds);
   if (prepared != 0) return prepared;
   AgeRating rating;
-  const int result = ReadFirstRow(
-      [&]() REQUIRES(g_Mute) { SetInnerInfo(*ptAppInfo, kInstallSourceType, rating); });
-  if (result == kFound) TAV_LOGI("set app_info success");
-  return result;
+  return ReadFirstRow([&]() REQUIRES(g_Mute) { SetFirstInnerInfo(*ptAppInfo, rating); });
 }
 
 int m_GetAppsTableInnerList(std::vector<_APPS_INNER_INFO_T>& list, const std::string& strParam,
@@ -82,8 +89,8 @@ int GetTAVAppList(const std::string& featured, const std::string& view_mode, boo
                   std::vector<_APPS_INNER_INFO_T>& list) {
   TAV_LOGI("Start, app_featured:[%s], view_mode:[%s]", featured.c_str(), view_mode.c_str());
   const TavLock lock(g_Mute);
-  const int featured_bits = static_cast<int>(std::strtol(featured.c_str(), nullptr, 10));
-  const long order = std::strtol(view_mode.c_str(), nullptr, 10);
+  const int featured_bits = NumberOf(featured);
+  const int order = NumberOf(view_mode);
   if (PlatformRefuses()) return kFailed;
   Query query(" where install_state = ? and is_app_available = ? and is_need_reset = ? ");
   query.Bind(kInstalled).Bind(kAvailable).Bind(kNotMarkedForReset);

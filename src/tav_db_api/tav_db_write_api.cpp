@@ -3,6 +3,7 @@
 
 #include <sys/stat.h>
 
+#include "tav_common/tav_fork.h"
 #include "tav_common/tav_glib_handles.h"
 #include "tav_common/tav_log.h"
 #include "tav_common/tav_proxy.h"
@@ -28,6 +29,10 @@ bool IsText(const char* text) {
 // after a log on any failure. Takes over parameters, which may be null.
 GVariantPtr Call(const char* method, GVariant* parameters, const char* reply_type) {
   const GVariantPtr owned(parameters != nullptr ? g_variant_ref_sink(parameters) : nullptr);
+  if (IsForkedInACall()) {
+    TAV_LOGE("this process was forked in the middle of a call, and cannot use the bus");
+    return nullptr;
+  }
   CTAVGdbus* proxy = get_db_proxy();
   if (!proxy->GetProxy(kIntrospection, tav_db_vtable)) {
     TAV_LOGE("get_db_proxy() error");

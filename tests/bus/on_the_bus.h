@@ -8,7 +8,9 @@
 #include <unistd.h>
 #include <vconf.h>
 
+#include <algorithm>
 #include <chrono>
+#include <cstdlib>
 #include <string>
 
 #include "support/bus.h"
@@ -45,6 +47,13 @@ class OnTheBus : public ::testing::Test {
 };
 
 // How long a test's own steps took.
+// An upper bound of a time; a tool that makes every program slower says how many times in
+// TAV_SLOWNESS.
+inline std::chrono::seconds AtMost(std::chrono::seconds bound) {
+  const char* slowness = std::getenv("TAV_SLOWNESS");
+  return slowness != nullptr ? bound * std::max(std::atoi(slowness), 1) : bound;
+}
+
 class Stopwatch {
  public:
   std::chrono::milliseconds Elapsed() const {

@@ -150,6 +150,29 @@ TEST_P(GroupList, IsReadAnewEachTimeWithOneStatement) {
   EXPECT_EQ(Find("Clock"), NotInstalled("other"));
 }
 
+TEST_P(GroupList, AsksForTheAppOfAKnownTitleByThreeNames) {
+  List("Clock:clock");
+  Find("Clock");
+  EXPECT_EQ(test::CallsToSqlite([&] { EXPECT_EQ(Find("Clock"), NotInstalled("clock")); }),
+            (test::SqliteCalls{
+                "select value from TAVConfigTable where name = ?",
+                "1 '" + std::string(group.key) + "' -1", "finalize",
+                std::string(test::kSelectApps) +
+                    " where (id = ?  or tizen_id = ? or pkgname = ?)  and install_state"
+                    " = ? and is_app_available = ? and is_need_reset = ? ",
+                "1 'clock' -1", "2 'clock' -1", "3 'clock' -1", "4 3", "5 1", "6 0", "finalize"}));
+}
+
+TEST_P(GroupList, LeavesTheOutputsAloneWithoutTheTableOfItsValue) {
+  device.Install(App("clock")).Sql("alter table TAVConfigTable rename to aside");
+  EXPECT_EQ(Find("Clock"), kNoList);  // at its preparation
+  device.Sql("alter table aside rename to TAVConfigTable");
+  List("Clock:clock");
+  EXPECT_EQ(Find("Clock"), Installed("clock"));
+  device.Sql("drop table TAVConfigTable");
+  EXPECT_EQ(Find("Clock"), kNoList);  // under the open database
+}
+
 TEST_P(GroupList, LeavesTheOutputsAloneWhenAnExceptionEndsIt) {
   List("Clock:clock");
   test::BeforePreparing("select value", [] { throw std::bad_alloc(); });

@@ -1,76 +1,25 @@
 // SPDX-License-Identifier: Apache-2.0
 //
-// The list of inner records when its rows become busy. Functions of SQLite and usleep stand here
-// before the real ones, so that they end where a test wants it.
-#include <dlfcn.h>
+// The list of inner records when its rows end in a failure.
 #include <gtest/gtest.h>
-#include <sqlite3.h>
-#include <unistd.h>
 
-#include <optional>
-#include <string_view>
+#include <string>
 
+#include "failing_rows.h"
 #include "support/device.h"
 #include "tav_db_api/tav_db_client_inner.h"
 
 namespace {
 
-// After so many of the rows of whole apps the database is busy, for good.
-std::optional<int> g_rows_before_busy;
-bool g_prepare_is_busy = false;
-
-constexpr std::string_view kBeginning = "select id,title,";
-
-bool ReadsApps(const char* sql) {
-  return sql != nullptr && std::string_view(sql).substr(0, kBeginning.size()) == kBeginning;
-}
-
-template <typename Function>
-Function* Real(const char* name) {
-  return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
-}
-
-}  // namespace
-
-extern "C" {
-
-int sqlite3_prepare_v2(sqlite3* database, const char* sql, int length, sqlite3_stmt** statement,
-                       const char** tail) {
-  if (g_prepare_is_busy && ReadsApps(sql)) {
-    *statement = nullptr;
-    return SQLITE_BUSY;
-  }
-  return Real<decltype(sqlite3_prepare_v2)>("sqlite3_prepare_v2")(database, sql, length, statement,
-                                                                  tail);
-}
-
-int sqlite3_step(sqlite3_stmt* statement) {
-  if (g_rows_before_busy && ReadsApps(sqlite3_sql(statement))) {
-    if (*g_rows_before_busy == 0) return SQLITE_BUSY;
-    --*g_rows_before_busy;
-  }
-  return Real<decltype(sqlite3_step)>("sqlite3_step")(statement);
-}
-
-int usleep(useconds_t microseconds) {
-  if (g_rows_before_busy || g_prepare_is_busy) return 0;
-  return Real<decltype(usleep)>("usleep")(microseconds);
-}
-
-}  // extern "C"
-
-namespace {
-
 using test::App;
+using test::FailingRows;
+using test::kAppRows;
+using test::kAtPreparation;
 using Ids = std::vector<std::string>;
 
 class BusyInnerList : public ::testing::Test {
  protected:
   BusyInnerList() { device.InstallAll({App("a"), App("b"), App("c")}); }
-  ~BusyInnerList() override {
-    g_rows_before_busy.reset();
-    g_prepare_is_busy = false;
-  }
 
   // The ids of a list that held "before", and its result.
   std::pair<int, Ids> Listed() {
@@ -87,24 +36,41 @@ class BusyInnerList : public ::testing::Test {
 };
 
 TEST_F(BusyInnerList, HasTheRowsThatWereReadBeforeAndSucceeds) {
-  g_rows_before_busy = 2;
-  EXPECT_EQ(Listed(), std::pair(0, Ids({"before", "a", "b"})));
-  EXPECT_TRUE(log.Has("Get DB fail:sql busy"));
-  g_rows_before_busy.reset();
+  {
+    const FailingRows failing(kAppRows, 2);
+    EXPECT_EQ(Listed(), std::pair(0, Ids({"before", "a", "b"})));
+    EXPECT_EQ(log.Count("Get DB fail:sql busy"), 1);
+    EXPECT_TRUE(log.Has("Finish ret[0]"));
+  }
   EXPECT_EQ(Listed(), std::pair(0, Ids({"before", "a", "b", "c"})));
 }
 
 TEST_F(BusyInnerList, IsEmptyAndSucceedsWhenNoRowWasRead) {
-  g_rows_before_busy = 0;
+  const FailingRows failing(kAppRows, 0);
   EXPECT_EQ(Listed(), std::pair(0, Ids({"before"})));
   EXPECT_TRUE(log.Has("Get DB fail:sql busy"));
 }
 
+TEST_F(BusyInnerList, HasTheRowsThatWereReadBeforeAlsoWhenTheyBreak) {
+  for (const int result : {SQLITE_ERROR, SQLITE_IOERR, SQLITE_CORRUPT}) {
+    log.Forget();
+    {
+      const FailingRows failing(kAppRows, 2, result);
+      EXPECT_EQ(Listed(), std::pair(0, Ids({"before", "a", "b"})));
+    }
+    EXPECT_TRUE(log.HasError("unknown type " + std::to_string(result)));
+    EXPECT_FALSE(log.Has("Get DB fail:sql busy"));
+    EXPECT_TRUE(log.Has("Finish ret[0]"));
+    EXPECT_EQ(Listed(), std::pair(0, Ids({"before", "a", "b", "c"})));
+  }
+}
+
 TEST_F(BusyInnerList, IsBusyWhenItsStatementCannotBePrepared) {
-  g_prepare_is_busy = true;
-  EXPECT_EQ(Listed(), std::pair(-2, Ids({"before"})));
-  EXPECT_TRUE(log.Has("Finish ret[-2]"));
-  g_prepare_is_busy = false;
+  {
+    const FailingRows failing(kAppRows, kAtPreparation);
+    EXPECT_EQ(Listed(), std::pair(-2, Ids({"before"})));
+    EXPECT_TRUE(log.Has("Finish ret[-2]"));
+  }
   EXPECT_EQ(Listed(), std::pair(0, Ids({"before", "a", "b", "c"})));
 }
 

@@ -105,6 +105,20 @@ TEST_F(InnerList, ReadsTheNumbersFromTheBeginningOfTheTexts) {
             Filtered(" and app_featured in (? ,? ) ", {1, 4}, " order by upper(title) asc "));
 }
 
+TEST_F(InnerList, TakesBothNumbersForIntsHoweverManyDigitsTheyHave) {
+  // Where a long is wider than an int, what is above an int goes.
+  const bool is_wide = sizeof(long) > sizeof(int);
+  EXPECT_EQ(Sent("4294967301", "4294967299"),  // 2^32 + 5 and 2^32 + 3
+            is_wide
+                ? Filtered(" and app_featured in (? ,? ) ", {1, 4}, " order by upper(title) asc ")
+                : Filtered(" and app_featured in (? ,? ,? ,? ) ", {1, 2, 4, 8}));
+  EXPECT_EQ(Sent("99999999999999999999", "99999999999999999999"),
+            Filtered(" and app_featured in (? ,? ,? ,? ) ", {1, 2, 4, 8}));
+  log.Forget();
+  ExpectRefusal("-99999999999999999999");
+  if (is_wide) ExpectRefusal("4294967296");
+}
+
 TEST_F(InnerList, IsRefusedWithoutAnyOfTheFeaturedBits) {
   for (const char* featured : {"0", "", "none", "16", "65520", "-16"}) ExpectRefusal(featured);
   device.Install(App("a").Featured(1));

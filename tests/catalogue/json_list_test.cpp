@@ -145,6 +145,30 @@ TEST_F(AppsAsJson, LogTheRequest) {
   EXPECT_TRUE(log.Has("app_featured 5, view_mode 2, built_in_app 0, all_app 1"));
   EXPECT_TRUE(log.Has("has key[app_featured] value[5]"));
   EXPECT_TRUE(log.Has("do not have key[built_in_app]!!"));
+  ListJson({{"built_in_app", "true"}, {"all_app", "TRUE"}});
+  EXPECT_TRUE(log.Has("app_featured , view_mode , built_in_app 1, all_app 0"));
+  ListJson({{"app_featured", "none"}, {"built_in_app", "true"}, {"all_app", "true"}});
+  EXPECT_TRUE(log.Has("app_featured none, view_mode , built_in_app 1, all_app 1"));
+}
+
+TEST_F(AppsAsJson, ReadTheFiveKeysOfTheRequestInTheirOrderBeforeAnythingElse) {
+  ListJson({});
+  const std::vector<std::string> expected = {
+      "do not have key[app_featured]!!",     "do not have key[view_mode]!!",
+      "do not have key[built_in_app]!!",     "do not have key[all_app]!!",
+      "do not have key[test_app_only]!!",    "app_featured , view_mode , built_in_app 0, all_app 0",
+      "Start, app_featured:[], view_mode:[]"};
+  std::vector<std::string> messages = log.Messages();
+  ASSERT_GT(messages.size(), expected.size());
+  messages.resize(expected.size());
+  EXPECT_EQ(messages, expected);
+}
+
+TEST_F(AppsAsJson, AreTheBuiltInAppsAlsoDuringAFactoryReset) {
+  InstallThree();
+  device.FactoryReset(1);
+  EXPECT_EQ(Listed({{"built_in_app", "true"}}), BuiltIn({"built-in", "tested"}));
+  EXPECT_EQ(ListJson({{"app_featured", "1"}}), kFails);
 }
 
 TEST_F(AppsAsJson, FailWithoutAnyExtraDataOrWithoutAFeaturedNumber) {

@@ -154,6 +154,14 @@ TEST_F(AppAsJson, FailsWhileThePlatformRefuses) {
   EXPECT_TRUE(log.HasError("Pkgmgr is recovering"));
 }
 
+TEST_F(AppAsJson, FailsWhenItsStatementCannotBePrepared) {
+  device.Install(App("a")).Sql("alter table widgetinfo rename to aside");
+  EXPECT_EQ(AppJson("a"), kFails);
+  EXPECT_TRUE(log.Has("Finish app_id:[a],ret[-1]"));
+  device.Sql("alter table aside rename to widgetinfo");
+  EXPECT_EQ(AppJson("a").result, 0);
+}
+
 TEST_F(AppAsJson, FailsAlsoWhenTheDatabaseStaysBusy) {
   device.Install(App("a"));
   ASSERT_EQ(AppJson("a").result, 0);

@@ -61,6 +61,14 @@ TEST_F(TestAppList, SkipsEntriesWithFewerThanFourFields) {
   EXPECT_EQ(Read(), (AllMembers{{"d", TestApp("d", "1", "t", "g")}}));
 }
 
+TEST_F(TestAppList, ReadsNoMoreThanFourFieldsOfAnEntry) {
+  TestApps("a,1,t,g,more;b,2,u,h,,;c,3,v,,w");
+  EXPECT_EQ(Read(), (AllMembers{{"a", TestApp("a", "1", "t", "g")},
+                                {"b", TestApp("b", "2", "u", "h")},
+                                {"c", TestApp("c", "3", "v", "")}}));
+  EXPECT_TRUE(log.Has("appid a, version 1, type t, tag g"));
+}
+
 TEST_F(TestAppList, HasEmptyFieldsAsTheyAre) {
   TestApps("a,,,;,1,t,g; b , 1 ,t,g");
   EXPECT_EQ(Read(), (AllMembers{{"a", TestApp("a", "", "", "")},

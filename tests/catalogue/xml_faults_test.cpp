@@ -1,13 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 //
-// The XML file when it cannot be written. fsync stands here before the C library's and fails
-// when a test wants it.
-#include <dlfcn.h>
+// The XML file when it cannot be written.
 #include <signal.h>
 #include <sys/resource.h>
-#include <unistd.h>
 
-#include <cerrno>
 #include <chrono>
 #include <memory>
 #include <new>
@@ -15,20 +11,6 @@
 #include "support/sqlite_recorder.h"
 #include "support/writer.h"
 #include "xml.h"
-
-namespace {
-
-bool g_fsync_fails = false;
-
-}  // namespace
-
-extern "C" int fsync(int file) {
-  if (!g_fsync_fails) {
-    return reinterpret_cast<decltype(fsync)*>(dlsym(RTLD_NEXT, "fsync"))(file);
-  }
-  errno = EIO;
-  return -1;
-}
 
 namespace {
 
@@ -42,11 +24,11 @@ constexpr char kNoRealPath[] = "realPaths is not realpath, so can not open it!!!
 constexpr char kNotOpened[] = "failed to open xml file";
 constexpr char kNotWritten[] = "failed to write xml file";
 constexpr char kNotCounted[] = "failed to get AppsTable Count ";
+constexpr char kNotListed[] = "failed to get app list";  // which the list calls say
 
 class XmlFaults : public test::AppsAsXml {
  protected:
   XmlFaults() { device.Install(App("a")); }
-  ~XmlFaults() override { g_fsync_fails = false; }
 
   // The next call works: the lock was given back.
   void ExpectNextCallWorks() {
@@ -138,6 +120,27 @@ TEST_F(XmlFaults, AreACountThatCannotBePrepared) {
   ExpectNextCallWorks();
 }
 
+TEST_F(XmlFaults, AreATableThatGoesUnderTheOpenDatabase) {
+  ASSERT_EQ(Write(), With(0));
+  log.Forget();
+  device.Sql("alter table widgetinfo rename to aside");
+  EXPECT_EQ(Write(), With(-1));
+  EXPECT_TRUE(log.Has(kNotCounted));
+  EXPECT_FALSE(log.Has("Finish"));
+  EXPECT_EQ(ReadFile(File()), "");
+  device.Sql("alter table aside rename to widgetinfo");
+  ExpectNextCallWorks();
+  device.Sql("drop table widgetinfo");
+  EXPECT_EQ(Write(), With(-1));
+}
+
+TEST_F(XmlFaults, AreNotATableThatGoesBetweenTheCountAndTheList) {
+  ASSERT_EQ(Write(), With(0));
+  test::BeforePreparing(test::kSelectApps, [&] { device.Sql("drop table widgetinfo"); });
+  EXPECT_EQ(Write(), With(0));
+  EXPECT_NE(ReadFile(File()).find("<widget id=\"\" name=\"\" "), std::string::npos);
+}
+
 TEST_F(XmlFaults, AreABusyDatabaseAtTheCount) {
   ASSERT_EQ(Write(), With(0));
   auto writer = Writer();
@@ -155,6 +158,7 @@ TEST_F(XmlFaults, AreABusyDatabaseAtTheList) {
   EXPECT_EQ(Write(), With(-2));
   ASSERT_NE(writer, nullptr);
   EXPECT_FALSE(log.Has(kNotCounted));
+  EXPECT_FALSE(log.Has(kNotListed));
   EXPECT_EQ(ReadFile(File()), "");
   writer.reset();
   ExpectNextCallWorks();
@@ -164,6 +168,7 @@ TEST_F(XmlFaults, AreAListThatCannotBePrepared) {
   device.Sql("alter table widgetinfo rename column title to aside");
   EXPECT_EQ(Write(), With(-1));
   EXPECT_FALSE(log.Has(kNotCounted));
+  EXPECT_FALSE(log.Has(kNotListed));
   EXPECT_EQ(ReadFile(File()), "");
   device.Sql("alter table widgetinfo rename column aside to title");
   ExpectNextCallWorks();
@@ -174,14 +179,6 @@ TEST_F(XmlFaults, AreExceptions) {
   EXPECT_EQ(Write(), With(-1));
   EXPECT_TRUE(log.HasError("tav_write_all_app_info_to_xml failed: std::bad_alloc"));
   EXPECT_EQ(ReadFile(File()), "");
-  ExpectNextCallWorks();
-}
-
-TEST_F(XmlFaults, AreAFileThatDoesNotReachTheDevice) {
-  g_fsync_fails = true;
-  EXPECT_EQ(Write(), With(-1));
-  EXPECT_TRUE(log.HasError(kNotWritten));
-  g_fsync_fails = false;
   ExpectNextCallWorks();
 }
 

@@ -112,6 +112,33 @@ TEST_F(AppsAsXml, GiveTheirPathInABlockOfOneTextFieldFilledWithZeros) {
   EXPECT_TRUE(log.Has("RealPath is [(null)]"));
 }
 
+TEST_F(AppsAsXml, NameThePathThatTheirFileResolvesToWhenItIsThere) {
+  EXPECT_EQ(Write(), With(0));
+  EXPECT_TRUE(log.Has("RealPath is [(null)]"));
+  log.Forget();
+  EXPECT_EQ(Write(), With(0));
+  EXPECT_EQ(log.Count("RealPath is [" + File().string() + "]"), 1);
+  EXPECT_FALSE(log.Has("realPaths is not realpath, so can not open it!!!"));
+}
+
+TEST_F(AppsAsXml, AreZerosForRowsThatGoBetweenTheCountAndTheList) {
+  device.InstallAll({App("a"), App("b"), App("c")});
+  test::BeforePreparing(test::kSelectApps,
+                        [&] { device.Sql("delete from widgetinfo where id <> 'b'"); });
+  EXPECT_EQ(Write(), With(0));
+  EXPECT_EQ(ReadFile(File()), Document(Element("b") + Element("") + Element("")));
+  EXPECT_TRUE(log.Has("real_count:3"));
+}
+
+TEST_F(AppsAsXml, AreWithoutRowsThatComeBetweenTheCountAndTheList) {
+  device.Install(App("a"));
+  test::BeforePreparing(test::kSelectApps, [&] { device.InstallAll({App("b"), App("c")}); });
+  EXPECT_EQ(Write(), With(0));
+  EXPECT_EQ(ReadFile(File()), Document(Element("a")));
+  EXPECT_EQ(Write(), With(0));
+  EXPECT_EQ(ReadFile(File()), Document(Element("a") + Element("b") + Element("c")));
+}
+
 TEST_F(AppsAsXml, GoToThePathThatFitsIntoTheBlock) {
   device.Install(App("a"));
   ASSERT_EQ(Write(), With(0));  // the database is open now

@@ -1,0 +1,251 @@
+// SPDX-License-Identifier: Apache-2.0
+//
+// The registry of callbacks: one list for each setting that can be watched, and one watch of
+// the platform's while the list has an entry. Takes no lock: registering, unregistering and the
+// delivery of changes belong to one thread at a time.
+//
+// A callback may register and unregister while it is called, itself as well. An entry that is
+// removed meanwhile is not called any more, one that is added waits for the next change.
+#include <vconf.h>
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <memory>
+#include <utility>
+
+#include "tav_common/tav_log.h"
+#include "tav_common/tav_settings_keys.h"
+#include "tav_db_api.h"
+#include "tav_db_api/tav_db_api_border.h"
+#include "tav_db_api/tav_db_client_connection.h"
+
+namespace {
+
+// A callback of either type; its key says which.
+using AnyCallback = void (*)();
+
+// A list of callbacks is a chain of entries. One that was taken out of it still leads on, so that
+// a walk which stands on it finds the rest.
+struct Entry {
+  AnyCallback callback;  // null once it was unregistered
+  void* user_data;
+  unsigned long number;  // grows with each registration
+  std::shared_ptr<Entry> next;
+};
+using Entries = std::shared_ptr<Entry>;
+
+struct WatchedKey {
+  int key;
+  const char* name;
+};
+
+constexpr WatchedKey kWatchedKeys[] = {
+    {TAV_VCONF_KEY_FACTORY_RESET_TYPE, kFactoryResetKey},
+    {TAV_VCONF_KEY_APPSYNC_START, kAppSyncKey},
+    {TAV_VCONF_KEY_HOMEDECK_RESET_STATUS, kHomedeckResetKey},
+    {TAV_VCONF_KEY_INSTALLED_APPID, kInstalledAppKey},
+};
+constexpr int kListCount = TAV_VCONF_KEY_INSTALLED_APPID + 1;
+
+// Indexed by the key; never destroyed, since changes may come while the process exits. Nothing
+// of it is on the heap before the first entry: unregistering cannot fail for want of memory.
+union Registry {
+  Registry() : tav_vconf_cb_list() {}
+  ~Registry() {}
+  std::array<Entries, kListCount> tav_vconf_cb_list;
+};
+
+Entries& ListOf(int key) {
+  static Registry registry;
+  return registry.tav_vconf_cb_list[static_cast<std::size_t>(key)];
+}
+
+unsigned long g_registrations = 0;
+
+// Null after a log for a key that cannot be watched.
+const WatchedKey* FindKey(int key, const LogPlace& place = LogPlace::Here()) {
+  for (const WatchedKey& watched : kWatchedKeys) {
+    if (watched.key == key) return &watched;
+  }
+  TAV_LOGW_FOR(place, "not supported key %d", key);
+  return nullptr;
+}
+
+const WatchedKey* FindKey(const char* name) {
+  for (const WatchedKey& watched : kWatchedKeys) {
+    if (std::strcmp(watched.name, name) == 0) return &watched;
+  }
+  return nullptr;
+}
+
+// The link that leads to the callback's entry, or the one at the end of the list.
+Entries& Find(Entries& list, AnyCallback callback) {
+  Entries* link = &list;
+  while (*link != nullptr && (*link)->callback != callback) link = &(*link)->next;
+  return *link;
+}
+
+ssize_t Address(AnyCallback callback) {
+  return reinterpret_cast<ssize_t>(callback);
+}
+
+// Nothing may leave a callback towards the platform, which is C.
+void Call(const Entry& entry, int key, keynode_t* node) try {
+  TAV_LOGI("call cb (%zd)\n", Address(entry.callback));
+  if (key == TAV_VCONF_KEY_INSTALLED_APPID) {
+    reinterpret_cast<tav_text_changed_cb>(entry.callback)(vconf_keynode_get_str(node),
+                                                          entry.user_data);
+  } else {
+    reinterpret_cast<tav_int_changed_cb>(entry.callback)(vconf_keynode_get_int(node),
+                                                         entry.user_data);
+  }
+} catch (...) {
+  AnswerException(__func__);
+}
+
+void tav_vconf_notify_cb(keynode_t* keynode, void* /*vconfUserData*/) try {
+  TAV_LOGI("tav_vconf_notify_cb");
+  const char* name = vconf_keynode_get_name(keynode);
+  TAV_LOGI("callback for key %s", Printable(name));
+  const WatchedKey* watched = name != nullptr ? FindKey(name) : nullptr;
+  if (watched == nullptr) {
+    TAV_LOGW("not supported key %s", Printable(name));
+    return;
+  }
+  Entries entry = ListOf(watched->key);
+  if (entry == nullptr) {
+    TAV_LOGI("nothing to call");
+    return;
+  }
+  // Callbacks may change the list: what they add waits for the next change.
+  const unsigned long last = g_registrations;
+  for (; entry != nullptr && entry->number <= last; entry = entry->next) {
+    if (entry->callback != nullptr) Call(*entry, watched->key, keynode);
+  }
+} catch (...) {
+  AnswerException(__func__);
+}
+
+int Register(int key, AnyCallback callback, void* user_data,
+             const LogPlace& place = LogPlace::Here()) {
+  if (callback == nullptr) return kFailed;
+  const WatchedKey* watched = FindKey(key, place);
+  if (watched == nullptr) return kFailed;
+  Entries& list = ListOf(key);
+  Entries& link = Find(list, callback);
+  if (link != nullptr) {
+    TAV_LOGW_FOR(place, "already registered cb (%zd)", Address(callback));
+    return 0;
+  }
+  // Memory comes first: once the platform watches, nothing may fail.
+  auto entry = std::make_shared<Entry>(Entry{callback, user_data, g_registrations + 1, nullptr});
+  if (list == nullptr) {
+    TAV_LOGI_FOR(place, "register vconf cb for key %s", watched->name);
+    if (vconf_notify_key_changed(watched->name, tav_vconf_notify_cb, user_data) != 0) {
+      TAV_LOGE_FOR(place, "failed to register callback");
+      return kFailed;
+    }
+  }
+  ++g_registrations;
+  link = std::move(entry);
+  // The text names a setting that is none of these, for every key: it is kept.
+  TAV_LOGI_FOR(place, "cb for panel_display_time registered (%zd)", Address(callback));
+  return 0;
+}
+
+int Unregister(int key, AnyCallback callback, const LogPlace& place = LogPlace::Here()) {
+  const WatchedKey* watched = FindKey(key, place);
+  if (watched == nullptr) return kFailed;
+  if (callback == nullptr) {
+    TAV_LOGW_FOR(place, "invalid input");
+    return kFailed;
+  }
+  Entries& list = ListOf(key);
+  if (list == nullptr) {
+    TAV_LOGW_FOR(place, "callback list is not initialized yet");
+    return kFailed;
+  }
+  Entries& link = Find(list, callback);
+  if (link == nullptr) {
+    TAV_LOGE_FOR(place, "not registered cb (%zd)", Address(callback));
+    return kFailed;
+  }
+  const Entries entry = link;
+  entry->callback = nullptr;  // a walk that is under way passes it over
+  link = entry->next;
+  if (list == nullptr) {
+    TAV_LOGI_FOR(place, "unregister vconf cb for %s", watched->name);
+    if (vconf_ignore_key_changed(watched->name, tav_vconf_notify_cb) != 0) {
+      TAV_LOGE_FOR(place, "failed to unregister cb for (%s)", watched->name);
+    }
+  }
+  TAV_LOGI_FOR(place, "cb for tav_vconf_cb_list unregistered (%zd)", Address(callback));
+  return 0;
+}
+
+// A callback that is carried as an int, the address read as unsigned: it reaches functions in
+// the lowest 4 GiB alone.
+AnyCallback FromInt(int callback) {
+  // NOLINTNEXTLINE(performance-no-int-to-ptr): the interface carries it so
+  return reinterpret_cast<AnyCallback>(
+      static_cast<std::uintptr_t>(static_cast<unsigned int>(callback)));
+}
+
+template <typename Callback>
+AnyCallback Any(Callback callback) {
+  return reinterpret_cast<AnyCallback>(callback);
+}
+
+}  // namespace
+
+int tav_register_value_cb(tav_vconf_key_e key, int callback, void* userData) try {
+  return Register(key, FromInt(callback), userData);
+} catch (...) {
+  return AnswerException(__func__);
+}
+
+int tav_unregister_value_cb(tav_vconf_key_e key, int callback) {
+  return Unregister(key, FromInt(callback));
+}
+
+int tav_register_factory_reset_type_changed_cb(tav_int_changed_cb callback, void* userData) try {
+  return Register(TAV_VCONF_KEY_FACTORY_RESET_TYPE, Any(callback), userData);
+} catch (...) {
+  return AnswerException(__func__);
+}
+
+int tav_register_appsync_start_changed_cb(tav_int_changed_cb callback, void* userData) try {
+  return Register(TAV_VCONF_KEY_APPSYNC_START, Any(callback), userData);
+} catch (...) {
+  return AnswerException(__func__);
+}
+
+int tav_register_homedeck_reset_status_changed_cb(tav_int_changed_cb callback, void* userData) try {
+  return Register(TAV_VCONF_KEY_HOMEDECK_RESET_STATUS, Any(callback), userData);
+} catch (...) {
+  return AnswerException(__func__);
+}
+
+int tav_register_installed_appid_changed_cb(tav_text_changed_cb callback, void* userData) try {
+  return Register(TAV_VCONF_KEY_INSTALLED_APPID, Any(callback), userData);
+} catch (...) {
+  return AnswerException(__func__);
+}
+
+int tav_unregister_factory_reset_type_changed_cb(tav_int_changed_cb callback) {
+  return Unregister(TAV_VCONF_KEY_FACTORY_RESET_TYPE, Any(callback));
+}
+
+int tav_unregister_appsync_start_changed_cb(tav_int_changed_cb callback) {
+  return Unregister(TAV_VCONF_KEY_APPSYNC_START, Any(callback));
+}
+
+int tav_unregister_homedeck_reset_status_changed_cb(tav_int_changed_cb callback) {
+  return Unregister(TAV_VCONF_KEY_HOMEDECK_RESET_STATUS, Any(callback));
+}
+
+int tav_unregister_installed_appid_changed_cb(tav_text_changed_cb callback) {
+  return Unregister(TAV_VCONF_KEY_INSTALLED_APPID, Any(callback));
+}
