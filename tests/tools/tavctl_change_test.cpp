@@ -38,6 +38,14 @@ TEST_F(TavctlChange, LocksAndUnlocksAnApp) {
   EXPECT_THAT(result.out, testing::MatchesRegex("is_lock +1\nis_lock +0\n"));
 }
 
+TEST_F(TavctlChange, IsSeenByAWatcherInAnotherProcess) {
+  const Result result = InSandbox(
+      "cd \"$TAV_DEVICE_ROOT\"; mkfifo begun; $T watch --count 1 memory/tav/app_change 2>begun & "
+      "read -r line <begun; $T lock clock; wait");
+  EXPECT_EQ(result.status, 0) << result;
+  EXPECT_THAT(result.out, testing::MatchesRegex("[^ ]+  memory/tav/app_change  1\n"));
+}
+
 TEST_F(TavctlChange, RatesAnApp) {
   const Result result = InSandbox("$T rate clock 4 && $T show-property clock --property rating");
   EXPECT_EQ(result.status, 0) << result;

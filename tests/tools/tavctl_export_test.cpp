@@ -76,6 +76,16 @@ TEST_F(TavctlExport, PrintsTheLibrarysJsonOfAList) {
   EXPECT_EQ(built_in["app_list"][0].size(), 8U);
 }
 
+TEST_F(TavctlExport, PrintsTheLibrarysJsonOfOneApp) {
+  const Json::Value app = Json({"export", "json", "--app", "org.example.lighthouse"});
+  ASSERT_EQ(app["app_info"].size(), 1U);
+  EXPECT_EQ(app["app_info"][0]["app_id"], "org.example.lighthouse");
+  EXPECT_EQ(app["app_info"][0].size(), 60U);
+  const Result result = Tavctl({"export", "json", "--app", "org.example.none"});
+  EXPECT_EQ(result.status, 1) << result;
+  EXPECT_THAT(result.err, HasSubstr("no app with the id \"org.example.none\" was found"));
+}
+
 TEST_F(TavctlExport, PrintsADocumentAlsoForNoApp) {
   Execute(DatabaseFile(), "delete from widgetinfo");
   EXPECT_EQ(Json({"export", "json", "--all"})["app_list"].size(), 0U);

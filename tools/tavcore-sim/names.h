@@ -10,6 +10,7 @@ inline constexpr char kServiceName[] = "org.tizen.tv.tavcore.server";
 inline constexpr char kServicePath[] = "/org/tizen/tv/tavcore/server";
 inline constexpr char kServiceInterface[] = "org.tizen.tv.tavcore.server.interface";
 inline constexpr char kControlInterface[] = "org.tizen.tv.tavcore.server.control";
+inline constexpr char kBenchmarkInterface[] = "org.tizen.tv.tavcore.server.benchmark";
 
 }  // namespace tavcore
 

@@ -70,6 +70,8 @@ CommandLine ReadCommandLine(int argc, char** argv) {
       ->expected(1)
       ->take_all();
   app.add_flag("--verbose", options.is_verbose, "Show every request on standard error");
+  app.add_flag("--benchmark", options.is_benchmark,
+               "Also give records over the bus, for the library's benchmarks");
 
   try {
     app.parse(argc, argv);

@@ -18,6 +18,7 @@ struct Options {
   int ticker_mode = 0;
   int busy_milliseconds = 2000;
   bool is_verbose = false;
+  bool is_benchmark = false;
   Faults faults;
 };
 

@@ -96,6 +96,7 @@ Service::Service(const Options& options)
   m_calls.Listen(m_connection.get());
   Register(Methods::Introspection());
   Register(Control::Introspection());
+  if (m_options.is_benchmark) Register(Benchmark::Introspection());
 }
 
 Service::~Service() {
@@ -164,6 +165,8 @@ void Service::OnCall(GDBusConnection*, const char*, const char*, const char* int
   auto* service = static_cast<Service*>(self);
   if (std::string(interface) == kControlInterface) {
     service->m_control.Answer(method, parameters, invocation);
+  } else if (std::string(interface) == kBenchmarkInterface) {
+    service->m_benchmark.Answer(method, parameters, invocation);
   } else {
     service->Answer(method, parameters, invocation);
   }

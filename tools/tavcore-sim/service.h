@@ -8,6 +8,7 @@
 
 #include <string>
 
+#include "benchmark.h"
 #include "calls.h"
 #include "control.h"
 #include "device/handles.h"
@@ -44,6 +45,7 @@ class Service {
   Methods m_methods;
   CallRecord m_calls;
   Control m_control;
+  Benchmark m_benchmark;  // answers nothing unless it was asked for
   ReadyFile m_ready_file;
   tav_device::LoopHandle m_loop;
   tav_device::ConnectionHandle m_connection;

@@ -52,6 +52,9 @@ void AddExportCommand(CLI::App& app);
 void AddGroupCommand(CLI::App& app);
 void AddInfoCommand(CLI::App& app);
 void AddListCommand(CLI::App& app);
+void AddSetSettingCommand(CLI::App& app);
+void AddSettingsCommand(CLI::App& app);
 void AddShowPropertyCommand(CLI::App& app);
+void AddWatchCommand(CLI::App& app);
 
 #endif  // TOOLS_TAVCTL_COMMANDS_H_

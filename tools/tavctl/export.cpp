@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 //
-// tavctl export: the library's own JSON text of a list of apps, and its XML file.
+// tavctl export: the library's own JSON text of a list of apps or of one, and its XML file.
 #include <app_control.h>
 
 #include <CLI/CLI.hpp>
@@ -21,6 +21,7 @@ struct Options {
   bool is_all = false;
   bool is_built_in = false;
   bool is_test_only = false;
+  std::string app;
 };
 
 struct DestroyRequest {
@@ -32,6 +33,7 @@ constexpr char kFooter[] = R"(Examples:
   tavctl export json --featured 65535 --view 3
   tavctl export json --all
   tavctl export json --built-in --test-only
+  tavctl export json --app org.example.clock
   tavctl export xml)";
 
 void AddExtra(const Request& request, const char* key, const std::string& value) {
@@ -54,7 +56,15 @@ Request MakeRequest(const Options& options) {
   return request;
 }
 
-void ExportJson(const Options& options) {
+void ExportApp(const std::string& id) {
+  char* text = nullptr;
+  const int result = tav_get_app_info_json(id.c_str(), &text);
+  const MallocPtr<char> owner(text);
+  CheckFound(result, "id", id);
+  std::cout << text << "\n";
+}
+
+void ExportList(const Options& options) {
   const Request request = MakeRequest(options);
   char* text = nullptr;
   const int result = tav_get_app_list_json(request.get(), &text);
@@ -80,16 +90,25 @@ void AddExportCommand(CLI::App& app) {
   command->footer(kFooter);
 
   const auto options = std::make_shared<Options>();
-  CLI::App* json = command->add_subcommand("json", "Print the library's JSON text of a list");
+  CLI::App* json =
+      command->add_subcommand("json", "Print the library's JSON text of a list or an app");
   auto* featured = json->add_option("--featured", options->featured,
                                     "Bit set over 1, 2, 4 and 8; 65535 for every app");
   auto* view = json->add_option("--view", options->view, "The view mode, 0 to 4");
   auto* all = json->add_flag("--all", options->is_all, "All installed apps, hidden ones too");
   auto* built_in = json->add_flag("--built-in", options->is_built_in, "The built-in catalogue");
   json->add_flag("--test-only", options->is_test_only, "Its test apps alone")->needs(built_in);
+  auto* app_id = json->add_option("--app", options->app, "One app, by any of its ids");
   for (auto* other : {featured, view}) other->excludes(all)->excludes(built_in);
   all->excludes(built_in);
-  json->callback([options] { ExportJson(*options); });
+  for (auto* other : {featured, view, all, built_in}) app_id->excludes(other);
+  json->callback([options, app_id] {
+    if (app_id->count() > 0) {
+      ExportApp(options->app);
+    } else {
+      ExportList(*options);
+    }
+  });
 
   CLI::App* xml = command->add_subcommand("xml", "Write the XML file and print its path");
   xml->callback(ExportXml);

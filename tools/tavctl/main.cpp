@@ -21,6 +21,7 @@ constexpr char kFooter[] = R"(Examples:
   tavctl info --by run-title HarbourNews --json
   tavctl show-property org.example.clock
   tavctl lock org.example.clock
+  tavctl watch
 
 Exit status: 0 done; 1 refused, not found, or the output could not be written;
 2 wrong usage; 3 the database stayed busy. The causes stand in the platform log.)";
@@ -52,6 +53,9 @@ int Run(int argc, char** argv) {
   AddGroupCommand(app);
   AddExportCommand(app);
   AddChangeCommands(app);
+  AddSettingsCommand(app);
+  AddWatchCommand(app);
+  AddSetSettingCommand(app);
   try {
     app.parse(argc, argv);
   } catch (const CLI::RuntimeError& answer) {
