@@ -48,6 +48,7 @@ void CheckFound(int result, const std::string& kind, const std::string& key);
 void AddBuiltInCommand(CLI::App& app);
 void AddChangeCommands(CLI::App& app);
 void AddCountCommand(CLI::App& app);
+void AddDoctorCommand(CLI::App& app);
 void AddExportCommand(CLI::App& app);
 void AddGroupCommand(CLI::App& app);
 void AddInfoCommand(CLI::App& app);

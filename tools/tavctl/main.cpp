@@ -22,6 +22,7 @@ constexpr char kFooter[] = R"(Examples:
   tavctl show-property org.example.clock
   tavctl lock org.example.clock
   tavctl watch
+  tavctl doctor
 
 Exit status: 0 done; 1 refused, not found, or the output could not be written;
 2 wrong usage; 3 the database stayed busy. The causes stand in the platform log.)";
@@ -56,6 +57,7 @@ int Run(int argc, char** argv) {
   AddSettingsCommand(app);
   AddWatchCommand(app);
   AddSetSettingCommand(app);
+  AddDoctorCommand(app);
   try {
     app.parse(argc, argv);
   } catch (const CLI::RuntimeError& answer) {

@@ -1,0 +1,143 @@
+// SPDX-License-Identifier: Apache-2.0
+//
+// tavctl doctor: directories, guards and settings.
+#include <sys/stat.h>
+#include <tzplatform_config.h>
+#include <unistd.h>
+#include <vconf.h>
+
+#include <cerrno>
+#include <cstring>
+#include <memory>
+#include <string>
+
+#include "doctor.h"
+#include "malloc_ptr.h"
+#include "platform.h"
+#include "published_settings.h"
+
+namespace {
+
+constexpr int kDataDirectory = 2;
+constexpr int kConfigurationDirectory = 27;
+
+constexpr char kRecoveryMarker[] = "/opt/dbspace/pkgreinstall";
+constexpr char kReadyMarker[] = "/run/tav_ready";
+constexpr char kFactoryResetKey[] = "db/tav/factory_reset";
+
+const char* DirectoryAdvice() {
+  return kIsOnPc ? "make a device with tav-sandbox --create DIR and set TAV_DEVICE_ROOT to DIR, or "
+                   "run the program in tav-sandbox"
+                 : "";
+}
+
+void ExamineDirectory(int number, const char* what, const char* without, Findings& findings) {
+  const std::string path = PlatformDirectory(number);
+  if (path.empty()) {
+    findings.push_back({Health::kProblem, what, "the platform does not say where it is", ""});
+    return;
+  }
+  struct stat status;
+  if (stat(path.c_str(), &status) != 0) {
+    const bool is_database = number == kDatabaseDirectory;
+    findings.push_back({is_database ? Health::kProblem : Health::kNote, what,
+                        path + ": " + std::strerror(errno) + without,
+                        is_database ? DirectoryAdvice() : ""});
+    return;
+  }
+  if (!S_ISDIR(status.st_mode)) {
+    findings.push_back({Health::kProblem, what, path + " is not a directory", DirectoryAdvice()});
+    return;
+  }
+  findings.push_back({Health::kGood, what, path, ""});
+}
+
+bool Exists(const char* path) {
+  struct stat status;
+  return stat(path, &status) == 0;
+}
+
+enum class Held { kNothing, kInt, kText };
+
+Held TypeHeldBy(const char* key) {
+  int number = 0;
+  if (vconf_get_int(key, &number) == 0) return Held::kInt;
+  const MallocPtr<char> text(vconf_get_str(key));
+  return text != nullptr ? Held::kText : Held::kNothing;
+}
+
+void ExamineFactoryReset(Findings& findings) {
+  static constexpr char kWhat[] = "factory reset";
+  int type = 0;
+  if (vconf_get_int(kFactoryResetKey, &type) != 0) {
+    findings.push_back({Health::kNote, kWhat,
+                        std::string(kFactoryResetKey) + " cannot be read; that counts as none",
+                        ""});
+  } else if (type == 1 || type == 2) {
+    findings.push_back({Health::kProblem, kWhat,
+                        std::string(kFactoryResetKey) + " is " + std::to_string(type) +
+                            ": calls are refused until the reset is over",
+                        ""});
+  } else {
+    findings.push_back({Health::kGood, kWhat, "none is under way", ""});
+  }
+}
+
+}  // namespace
+
+std::string PlatformDirectory(int number) {
+  const char* path = tzplatform_getenv(static_cast<enum tzplatform_variable>(number));
+  return path != nullptr ? path : "";
+}
+
+void ExamineDirectories(Findings& findings) {
+  ExamineDirectory(kDatabaseDirectory, "database directory", "", findings);
+  ExamineDirectory(kDataDirectory, "data directory", "; no XML file can be written", findings);
+  ExamineDirectory(kConfigurationDirectory, "configuration directory",
+                   "; no built-in app is left out for a small device", findings);
+}
+
+void ExamineGuards(Findings& findings) {
+  ExamineFactoryReset(findings);
+  static constexpr char kRecovery[] = "package recovery";
+  if (Exists(kRecoveryMarker)) {
+    findings.push_back({Health::kProblem, kRecovery,
+                        std::string(kRecoveryMarker) +
+                            " exists: calls are refused until the packages are recovered",
+                        ""});
+  } else {
+    findings.push_back({Health::kGood, kRecovery, "none is under way", ""});
+  }
+  static constexpr char kReady[] = "service marker";
+  if (Exists(kReadyMarker)) {
+    findings.push_back({Health::kGood, kReady, kReadyMarker, ""});
+  } else {
+    findings.push_back({Health::kNote, kReady,
+                        std::string(kReadyMarker) +
+                            " does not exist: the service is not asked which built-in apps it "
+                            "is removing",
+                        ""});
+  }
+}
+
+void ExamineSettings(Findings& findings) {
+  static constexpr char kWhat[] = "settings";
+  std::string unset;
+  for (const PublishedSetting& setting : kPublishedSettings) {
+    const Held held = TypeHeldBy(setting.key);
+    if (held == Held::kNothing) {
+      unset += (unset.empty() ? "" : ", ") + std::string(setting.key);
+    } else if ((held == Held::kText) != setting.IsText()) {
+      findings.push_back({Health::kProblem, kWhat,
+                          std::string(setting.key) + " holds " +
+                              (held == Held::kText ? "a string" : "an int") + ", not " +
+                              (setting.IsText() ? "a string" : "an int") + ": its getter fails",
+                          ""});
+    }
+  }
+  if (unset.empty()) {
+    findings.push_back({Health::kGood, kWhat, "all that the service publishes are set", ""});
+  } else {
+    findings.push_back({Health::kNote, kWhat, "not set, so their getters fail: " + unset, ""});
+  }
+}
