@@ -111,7 +111,8 @@ TEST_F(SandboxProgram, ShowsExamplesAndExitStatusesInItsHelp) {
   const Result result = Sandbox({"--help"});
   EXPECT_EQ(result.status, 0);
   EXPECT_THAT(result.out, AllOf(HasSubstr("Examples:"), HasSubstr("--create"), HasSubstr("--seed"),
-                                HasSubstr("Exit status: 0 done, 1 failed, 2 wrong usage.")));
+                                HasSubstr("Exit status:\nThat of the command"),
+                                HasSubstr("\n  2      wrong usage\n")));
   EXPECT_EQ(result.err, "");
 }
 

@@ -113,7 +113,7 @@ TEST_F(SimService, CallsAWrongCommandLineWrongUsage) {
 TEST_F(SimService, ExplainsItselfInItsHelp) {
   EXPECT_EQ(Run({"--help"}), 0);
   EXPECT_THAT(said, AllOf(HasSubstr("--fault METHOD=KIND[:ARG]"), HasSubstr("Examples:"),
-                          HasSubstr("Exit status: 0"), HasSubstr("random-delay:MAXMS")));
+                          HasSubstr("Exit status:\n  0  ended"), HasSubstr("random-delay:MAXMS")));
 }
 
 TEST_F(SimService, NotesEveryRequestAsItArrived) {

@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "manual/program.h"
+
 struct Options {
   std::string directory;  // where to make a device and leave it; empty: a sandbox
   std::string seed;       // empty: the seed that came along
@@ -20,6 +22,9 @@ struct CommandLine {
   Options options;
   std::optional<int> exit_status;  // when there is nothing to do: help was shown, wrong usage
 };
+
+// The options, which are stored in `options` when the command line is parsed.
+tav_manual::Program Describe(Options& options);
 
 CommandLine ReadCommandLine(int argc, char** argv);
 

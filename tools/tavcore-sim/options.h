@@ -6,8 +6,10 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "faults.h"
+#include "manual/program.h"
 
 namespace tavcore {
 
@@ -26,6 +28,9 @@ struct CommandLine {
   Options options;
   std::optional<int> exit_status;  // when there is nothing to run: help was shown, wrong usage
 };
+
+// The options, which are stored when the command line is parsed; the faults still as texts.
+tav_manual::Program Describe(Options& options, std::vector<std::string>& faults);
 
 CommandLine ReadCommandLine(int argc, char** argv);
 

@@ -16,6 +16,7 @@
 #include "device/schema.h"
 #include "filter_options.h"
 #include "malloc_ptr.h"
+#include "manual/values.h"
 #include "output.h"
 #include "record_json.h"
 #include "table.h"
@@ -173,11 +174,23 @@ void RunList(const Options& options) {
 }
 
 // The library puts the name into its statement as it is: no other text may reach it.
-std::string CheckColumn(const std::string& name) {
+std::string CheckColumn(std::string& name) {
   const bool is_known =
       std::any_of(std::begin(tav_device::kAppColumns), std::end(tav_device::kAppColumns),
                   [&](const tav_device::Column& column) { return name == column.name; });
   return is_known ? "" : "the apps table has no column \"" + Printable(name) + "\"";
+}
+
+std::vector<std::string> ColumnNames() {
+  std::vector<std::string> names;
+  for (const tav_device::Column& column : tav_device::kAppColumns) names.emplace_back(column.name);
+  return names;
+}
+
+std::vector<std::string> ViewNames() {
+  std::vector<std::string> names;
+  for (const View& view : kViews) names.emplace_back(view.name);
+  return names;
 }
 
 // Puts the mode in a view's place, as a number. Returns what is wrong, or nothing.
@@ -200,7 +213,7 @@ void AddSelection(CLI::App& command, Options& options) {
   std::vector<CLI::Option*> paged = AddFilterOptions(command, options.filter);
   paged.push_back(command.add_option("--view", options.view, "The order (default: catalogue)")
                       ->option_text("VIEW")
-                      ->transform(CLI::Validator(TranslateView, "")));
+                      ->transform(tav_manual::OneOf(TranslateView, ViewNames())));
   paged.push_back(command.add_option("--offset", options.offset, "Leave the first N apps out")
                       ->option_text("N")
                       ->check(from_zero));
@@ -221,7 +234,7 @@ void AddSelection(CLI::App& command, Options& options) {
           ->check(from_zero);
   CLI::Option* key = command.add_option("--key", options.key, "The apps whose COLUMN is 1")
                          ->option_text("COLUMN")
-                         ->check(CheckColumn);
+                         ->check(tav_manual::OneOf(CheckColumn, ColumnNames()));
   Exclude(key, paged);
   paged.push_back(limit);
   Exclude(recent, paged);

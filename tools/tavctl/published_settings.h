@@ -5,6 +5,7 @@
 #define TOOLS_TAVCTL_PUBLISHED_SETTINGS_H_
 
 #include <string>
+#include <vector>
 
 #include "tav_db_api.h"
 
@@ -45,6 +46,12 @@ inline const PublishedSetting* FindPublishedSetting(const std::string& key) {
     if (key == setting.key) return &setting;
   }
   return nullptr;
+}
+
+inline std::vector<std::string> PublishedKeys() {
+  std::vector<std::string> keys;
+  for (const PublishedSetting& setting : kPublishedSettings) keys.emplace_back(setting.key);
+  return keys;
 }
 
 #endif  // TOOLS_TAVCTL_PUBLISHED_SETTINGS_H_

@@ -12,6 +12,7 @@
 
 #include "commands.h"
 #include "malloc_ptr.h"
+#include "manual/values.h"
 #include "output.h"
 #include "platform.h"
 #include "published_settings.h"
@@ -117,7 +118,9 @@ void AddSetSettingCommand(CLI::App& app) {
   };
   CLI::App* command = app.add_subcommand("set-setting", "Change a setting, on a PC");
   const auto options = std::make_shared<Options>();
-  command->add_option("KEY", options->key, "The setting's key")->required();
+  command->add_option("KEY", options->key, "The setting's key")
+      ->required()
+      ->check(tav_manual::Known(PublishedKeys()));
   command->add_option("VALUE", options->value, "The new value")->required();
   command
       ->add_option("--type", options->type,

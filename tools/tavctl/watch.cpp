@@ -17,6 +17,7 @@
 #include <vector>
 
 #include "commands.h"
+#include "manual/values.h"
 #include "output.h"
 #include "published_settings.h"
 
@@ -187,7 +188,8 @@ void RunWatch(const Options& options) {
 void AddWatchCommand(CLI::App& app) {
   CLI::App* command = app.add_subcommand("watch", "Show the changes of settings as they come");
   const auto options = std::make_shared<Options>();
-  command->add_option("KEY", options->keys, "The keys of the settings to watch");
+  command->add_option("KEY", options->keys, "The keys of the settings to watch")
+      ->check(tav_manual::Known(PublishedKeys()));
   command->add_flag("--json", options->is_json, "Print one JSON object a line");
   command->add_option("--count", options->count, "End after so many changes")
       ->check(CheckWholeNumber)

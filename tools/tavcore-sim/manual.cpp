@@ -1,0 +1,10 @@
+// SPDX-License-Identifier: Apache-2.0
+//
+// For the maker of the manual page.
+#include "options.h"
+
+tav_manual::Program tav_manual::DescribeProgram() {
+  static tavcore::Options unused;
+  static std::vector<std::string> no_faults;
+  return tavcore::Describe(unused, no_faults);
+}
