@@ -7,6 +7,12 @@ if(CMAKE_CROSSCOMPILING AND NOT CMAKE_CROSSCOMPILING_EMULATOR)
 endif()
 string(TIMESTAMP TAV_MANUAL_DATE "%Y-%m-%d" UTC)  # SOURCE_DATE_EPOCH, where it is set
 
+# The library's own page is written by hand.
+configure_file(${PROJECT_SOURCE_DIR}/docs/tav_db_api.3.in
+               ${PROJECT_BINARY_DIR}/tools/manual/tav_db_api.3 @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/tools/manual/tav_db_api.3
+        DESTINATION ${CMAKE_INSTALL_MANDIR}/man3 COMPONENT dev)
+
 function(tav_add_manual program)
   if(CMAKE_CROSSCOMPILING AND NOT CMAKE_CROSSCOMPILING_EMULATOR)
     return()

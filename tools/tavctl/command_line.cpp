@@ -47,7 +47,7 @@ On a PC, tav-sandbox makes a device to try it on.)",
   vconf                               the settings, a file each
   data/tavcore/common/apps_info.xml   what export xml writes)",
      tav_manual::Shown::kOnThePage},
-    {"See also", "tav-sandbox(1), tavcore-sim(1)", tav_manual::Shown::kOnThePage},
+    {"See also", "tav-sandbox(1), tavcore-sim(1), tav_db_api(3)", tav_manual::Shown::kOnThePage},
 };
 
 // A library of another layout would write past the records of this program.
