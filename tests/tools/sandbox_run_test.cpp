@@ -141,8 +141,8 @@ TEST_F(SandboxRun, SaysWhatKeepsTheBusFromStarting) {
 
 TEST_F(SandboxRun, LeavesNothingBehindWhenTheSeedIsWrong) {
   EXPECT_EQ(Run({"--seed", Write("seed.json", "{\"aps\": []}"), "--", "true"}), 1);
-  EXPECT_EQ(Err(),
-            "tav-sandbox: " + (Directory() / "seed.json").string() + ":1: aps: unknown member\n");
+  EXPECT_EQ(Err(), "tav-sandbox: " + (Directory() / "seed.json").string() +
+                       ":1:9: aps: unknown member; did you mean \"apps\"?\n");
   EXPECT_TRUE(IsClean());
 }
 

@@ -42,8 +42,8 @@ struct Seed {
   std::vector<std::string> blacklist;
 };
 
-// Reads a seed from a JSON file. Throws DeviceError, whose text names the file, the line and the
-// field at fault.
+// Reads a seed from a JSON file. Throws DeviceError, whose text names the file, the line, the
+// column and the field at fault.
 Seed ReadSeedFile(const std::string& path);
 
 }  // namespace tav_device

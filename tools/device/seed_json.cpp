@@ -9,7 +9,9 @@
 #include <algorithm>
 #include <cmath>
 #include <exception>
+#include <iterator>
 #include <memory>
+#include <regex>
 
 #include "device/error.h"
 #include "device/handles.h"
@@ -19,6 +21,13 @@ namespace {
 
 // A seed is four levels deep; what nests much deeper is no seed, and must not cost stack.
 constexpr int kMaxDepth = 8;
+
+// What a complaint quotes of the file, in bytes.
+constexpr std::size_t kShownLength = 60;
+
+bool IsControl(char c) {
+  return g_ascii_iscntrl(c) != 0;
+}
 
 std::string ReadFile(const std::string& path) {
   char* content = nullptr;
@@ -34,13 +43,37 @@ std::string ReadFile(const std::string& path) {
 
 // The reader's report is "* Line 3, Column 7", then what is wrong on a line of its own.
 std::string FirstComplaint(const std::string& path, const std::string& report) {
-  const std::string prefix = "* Line ";
-  const std::size_t begin = report.find_first_not_of(" \n", report.find('\n'));
-  if (report.compare(0, prefix.size(), prefix) != 0 || begin == std::string::npos) {
-    return path + ": " + report;
-  }
-  const std::string line = report.substr(prefix.size(), report.find(',') - prefix.size());
-  return path + ":" + line + ": " + report.substr(begin, report.find('\n', begin) - begin);
+  static const std::regex kBegin(R"(^\* Line (\d+), Column (\d+)\n *)");
+  // Of the begin only: the rest may quote the file at any length.
+  const std::string begin = report.substr(0, 60);
+  std::smatch place;
+  if (!std::regex_search(begin, place, kBegin)) return path + ": " + report;
+  const auto why = static_cast<std::size_t>(place.length());
+  return path + ":" + place.str(1) + ":" + place.str(2) + ": " +
+         report.substr(why, report.find('\n', why) - why);
+}
+
+// "3:7", line and column of a byte of the text; a column is a character, as an editor counts.
+std::string Place(const std::string& text, std::ptrdiff_t offset) {
+  const auto at = text.begin() + offset;
+  const auto line = 1 + std::count(text.begin(), at, '\n');
+  const auto line_begin = std::find(std::make_reverse_iterator(at), text.rend(), '\n').base();
+  const auto is_character = [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; };
+  const auto column = 1 + std::count_if(line_begin, at, is_character);
+  return std::to_string(line) + ":" + std::to_string(column);
+}
+
+// A value as it stands in the file, when it is short; else what kind of value it is.
+std::string Shown(const Json::Value& value, const std::string& text) {
+  if (value.isObject()) return "an object";
+  if (value.isArray()) return "an array";
+  const auto begin = static_cast<std::size_t>(value.getOffsetStart());
+  const auto length = static_cast<std::size_t>(value.getOffsetLimit()) - begin;
+  const bool is_shown = length <= kShownLength &&
+                        g_utf8_validate(&text[begin], static_cast<gssize>(length), nullptr) != 0 &&
+                        std::none_of(&text[begin], &text[begin] + length, IsControl);
+  if (is_shown) return text.substr(begin, length);
+  return value.isString() ? "this text" : "this number";
 }
 
 }  // namespace
@@ -69,22 +102,27 @@ void SeedJson::Parse() {
 
 void SeedJson::Fail(const Json::Value& value, const std::string& field,
                     const std::string& why) const {
-  const auto line = 1 + std::count(m_text.begin(), m_text.begin() + value.getOffsetStart(), '\n');
-  throw DeviceError(m_path + ":" + std::to_string(line) + ": " + field + ": " + why);
+  throw DeviceError(m_path + ":" + Place(m_text, value.getOffsetStart()) + ": " + field + ": " +
+                    why);
+}
+
+void SeedJson::FailToBe(const Json::Value& value, const std::string& field,
+                        const std::string& what) const {
+  Fail(value, field, "must be " + what + ", not " + Shown(value, m_text));
 }
 
 const Json::Value& SeedJson::Object(const Json::Value& value, const std::string& field) const {
-  if (!value.isObject()) Fail(value, field, "must be an object");
+  if (!value.isObject()) FailToBe(value, field, "an object");
   return value;
 }
 
 const Json::Value& SeedJson::Array(const Json::Value& value, const std::string& field) const {
-  if (!value.isArray()) Fail(value, field, "must be an array");
+  if (!value.isArray()) FailToBe(value, field, "an array");
   return value;
 }
 
 std::string SeedJson::Text(const Json::Value& value, const std::string& field) const {
-  if (!value.isString()) Fail(value, field, "must be a text");
+  if (!value.isString()) FailToBe(value, field, "a text");
   std::string text = value.asString();
   // Zero bytes are refused here too: no column, setting or key file can carry one.
   if (!g_utf8_validate(text.data(), static_cast<gssize>(text.size()), nullptr)) {
@@ -95,9 +133,9 @@ std::string SeedJson::Text(const Json::Value& value, const std::string& field) c
 
 int SeedJson::Integer(const Json::Value& value, const std::string& field) const {
   if (!value.isNumeric() || std::floor(value.asDouble()) != value.asDouble()) {
-    Fail(value, field, "must be an integer");
+    FailToBe(value, field, "an integer");
   }
-  if (!value.isInt()) Fail(value, field, "does not fit a 32-bit integer");
+  if (!value.isInt()) FailToBe(value, field, "between -2147483648 and 2147483647");
   return value.asInt();
 }
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 //
 // A JSON document that knows where its values stand in the file, so that a complaint about one
-// of them can name its line. Leans on jsoncpp, whose exceptions end here.
+// of them can name its place. Leans on jsoncpp, whose exceptions end here.
 #ifndef TOOLS_DEVICE_SEED_JSON_H_
 #define TOOLS_DEVICE_SEED_JSON_H_
 
@@ -19,9 +19,13 @@ class SeedJson {
 
   const Json::Value& Root() const { return m_root; }
 
-  // Throws a DeviceError "file:line: field: why" about a value of this document.
+  // Throws a DeviceError "file:line:column: field: why" about a value of this document.
   [[noreturn]] void Fail(const Json::Value& value, const std::string& field,
                          const std::string& why) const;
+
+  // The same with "must be <what>, not <the value>".
+  [[noreturn]] void FailToBe(const Json::Value& value, const std::string& field,
+                             const std::string& what) const;
 
   // The value as what it has to be; Fail()s otherwise.
   const Json::Value& Object(const Json::Value& value, const std::string& field) const;

@@ -7,9 +7,11 @@
 #include <set>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "device/seed.h"
 #include "device/seed_json.h"
+#include "device/suggestion.h"
 
 namespace tav_device {
 namespace {
@@ -53,18 +55,19 @@ class SeedReader {
     Handler read;
   };
 
-  static constexpr const char* kUnknownMember = "unknown member";
-
   void ReadMember(const std::string& name, const Json::Value& value) {
     static constexpr Member kMembers[] = {
         {"apps", &SeedReader::ReadApps},         {"config", &SeedReader::ReadConfig},
         {"settings", &SeedReader::ReadSettings}, {"features", &SeedReader::ReadFeatures},
         {"packages", &SeedReader::ReadPackages}, {"blacklist", &SeedReader::ReadBlacklist},
+        {"$schema", &SeedReader::CheckText},
     };
+    std::vector<std::string> names;
     for (const Member& member : kMembers) {
       if (name == member.name) return (this->*member.read)(value, name);
+      names.emplace_back(member.name);
     }
-    m_json.Fail(value, name, kUnknownMember);
+    FailAsUnknown(value, name, name, names);
   }
 
   void ReadApps(const Json::Value& apps, const std::string& field) {
@@ -83,7 +86,7 @@ class SeedReader {
     for (auto it = m_json.Object(columns, field).begin(); it != columns.end(); ++it) {
       const std::string column_field = field + "." + it.name();
       const auto column = FindColumn(it.name());
-      if (!column) m_json.Fail(*it, column_field, "the apps table has no such column");
+      if (!column) FailAsNoColumn(*it, column_field, it.name());
       app.cells[*column] = ReadCell(kAppColumns[*column].kind, *it, column_field);
     }
     const auto* id = std::get_if<std::string>(&app.cells[kIdColumn]);
@@ -100,7 +103,7 @@ class SeedReader {
   Scalar ReadScalar(const Json::Value& value, const std::string& field) {
     if (value.isString()) return m_json.Text(value, field);
     if (value.isNumeric()) return m_json.Integer(value, field);
-    m_json.Fail(value, field, "must be an integer or a text");
+    m_json.FailToBe(value, field, "an integer or a text");
   }
 
   void ReadConfig(const Json::Value& config, const std::string& field) {
@@ -129,7 +132,7 @@ class SeedReader {
       } else if (it.name() == "value") {
         ReadValueFeatures(*it, group);
       } else {
-        m_json.Fail(*it, group, kUnknownMember);
+        FailAsUnknown(*it, group, it.name(), {"custom", "value"});
       }
     }
   }
@@ -169,7 +172,7 @@ class SeedReader {
         } else if (member.name() == "icon") {
           package.icon = m_json.Text(*member, member_field);
         } else {
-          m_json.Fail(*member, member_field, kUnknownMember);
+          FailAsUnknown(*member, member_field, member.name(), {"version", "icon"});
         }
       }
     }
@@ -181,6 +184,22 @@ class SeedReader {
       m_seed.blacklist.push_back(m_json.Text(ids[i], id_field));
       CheckPackageId(ids[i], id_field, m_seed.blacklist.back());
     }
+  }
+
+  // For editors.
+  void CheckText(const Json::Value& value, const std::string& field) { m_json.Text(value, field); }
+
+  [[noreturn]] void FailAsUnknown(const Json::Value& value, const std::string& field,
+                                  const std::string& name,
+                                  const std::vector<std::string>& known) const {
+    m_json.Fail(value, field, "unknown member" + Suggestion(name, known));
+  }
+
+  [[noreturn]] void FailAsNoColumn(const Json::Value& value, const std::string& field,
+                                   const std::string& name) const {
+    std::vector<std::string> columns;
+    for (const Column& column : kAppColumns) columns.emplace_back(column.name);
+    m_json.Fail(value, field, "the apps table has no such column" + Suggestion(name, columns));
   }
 
   // A package id is a group of a key file and a line of the blacklist.
