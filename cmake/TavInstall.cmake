@@ -6,11 +6,12 @@ include(CMakePackageConfigHelpers)
 file(RELATIVE_PATH TAV_PC_UP "/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/")
 configure_file(${CMAKE_CURRENT_LIST_DIR}/tav_db_api.pc.in tav_db_api.pc @ONLY)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/tav_db_api.pc
-        DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+        DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT dev)
 
 set(TAV_CMAKE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/tav_db_api)
 write_basic_package_version_file(tav_db_api-config-version.cmake COMPATIBILITY SameMajorVersion)
 install(FILES ${CMAKE_CURRENT_LIST_DIR}/tav_db_api-config.cmake
+              ${CMAKE_CURRENT_LIST_DIR}/TavSandboxedTest.cmake
               ${CMAKE_CURRENT_BINARY_DIR}/tav_db_api-config-version.cmake
-        DESTINATION ${TAV_CMAKE_DIR})
-install(EXPORT tav_db_api_targets NAMESPACE tav:: DESTINATION ${TAV_CMAKE_DIR})
+        DESTINATION ${TAV_CMAKE_DIR} COMPONENT dev)
+install(EXPORT tav_db_api_targets NAMESPACE tav:: DESTINATION ${TAV_CMAKE_DIR} COMPONENT dev)
