@@ -29,7 +29,10 @@ if(UNIX AND NOT APPLE)
   add_link_options(-Wl,-z,relro,-z,now -Wl,--as-needed)
 endif()
 
-# Installed programs and libraries find their neighbours from any prefix.
-file(RELATIVE_PATH tav_bin_to_lib "/${CMAKE_INSTALL_BINDIR}" "/${CMAKE_INSTALL_LIBDIR}")
-set(TAV_LIBRARY_RPATH "$ORIGIN")
-set(TAV_PROGRAM_RPATH "$ORIGIN/${tav_bin_to_lib}")
+option(TAV_RELOCATABLE "Let what is installed find its libraries from any prefix; off in packages"
+       ON)
+if(TAV_RELOCATABLE)
+  file(RELATIVE_PATH tav_bin_to_lib "/${CMAKE_INSTALL_BINDIR}" "/${CMAKE_INSTALL_LIBDIR}")
+  set(TAV_LIBRARY_RPATH "$ORIGIN")
+  set(TAV_PROGRAM_RPATH "$ORIGIN/${tav_bin_to_lib}")
+endif()

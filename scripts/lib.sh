@@ -30,14 +30,17 @@ need() {
     apt-get install -y -q --no-install-recommends "${missing[@]}"
 }
 
+# use_ccache: what was compiled once is not compiled again, in another clone neither.
+use_ccache() {
+  command -v ccache >/dev/null || return 0
+  export CMAKE_C_COMPILER_LAUNCHER=ccache CMAKE_CXX_COMPILER_LAUNCHER=ccache
+  export CCACHE_BASEDIR=$ROOT
+}
+
 # build PRESET [TARGET…]: configures a preset of CMakePresets.json and builds it, or a part of it.
 build() {
   say "building ($1)"
-  # What was compiled once is not compiled again, in another clone neither.
-  if command -v ccache >/dev/null; then
-    export CMAKE_C_COMPILER_LAUNCHER=ccache CMAKE_CXX_COMPILER_LAUNCHER=ccache
-    export CCACHE_BASEDIR=$ROOT
-  fi
+  use_ccache
   cmake --preset "$1" -S "$ROOT" >"$ROOT/build/configure-$1.log" 2>&1 ||
     { cat "$ROOT/build/configure-$1.log"; return 1; }
   (cd "$ROOT" && cmake --build --preset "$1" ${2+--target "${@:2}"})
