@@ -43,7 +43,7 @@ check_deb runtime libtav-db-api
 check_deb dev libtav-db-api-dev
 check_deb tools tav-db-api-tools
 echo "== lintian"
-lintian --allow-root --fail-on error,warning --suppress-tags no-manual-page "$packages"/*.deb
+lintian --allow-root --fail-on error,warning "$packages"/*.deb
 
 version=$(sed -n 's/^Version: *//p' "$here/../../packaging/libtav_db_api.spec")
 check_rpm runtime libtav_db_api
