@@ -1,0 +1,43 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/**
+ * \file
+ * \brief The C interface of libtav_db_api as C++17 likes it: owned lists and texts, results,
+ * enumerations, scoped callbacks. A layer of inline functions, without a logic of its own.
+ *
+ * \code
+ * #include <iostream>
+ * #include <tav_db_api.hpp>
+ *
+ * int main() {
+ *   const tav::Filter some = {tav::Featured::kKind1 | tav::Featured::kKind4};
+ *   const tav::Result<tav::AppList> apps = tav::GetAppList(some, tav::ViewMode::kTitle);
+ *   if (!apps) return apps.status() == tav::Status::kBusy ? 3 : 1;
+ *   for (const tav::AppInfo& app : *apps) std::cout << tav::TextOf(app.app_title) << "\n";
+ * }
+ * \endcode
+ *
+ * Every call is that of the function of tav_db_api.h which its comment names, whose conventions
+ * hold: results, visibility, threads, fork. What is said there of a null or an empty text holds
+ * for a TextView. In addition:
+ *
+ * Results. A Result has the call's status and its value; a failed one has an empty value. Results,
+ *   and a Status alone, are not to be dropped unread.
+ *
+ * Ownership. Lists and texts are owned by List and Text, which free the library's block: nothing
+ *   is copied, and a record is filled where its Result lies.
+ *
+ * Exceptions. Nothing throws, unless its comment says so, and programs without exceptions or
+ *   run-time types use it as well. The calls are not noexcept all the same: a thread that is
+ *   cancelled in a call unwinds through it.
+ *
+ * Names. Those of the C interface, as C++ spells them: tav_get_app_info is tav::GetAppInfo.
+ *   Members are named in the way of the standard library.
+ */
+#ifndef TAV_DB_API_HPP_
+#define TAV_DB_API_HPP_
+
+#include <tav_db_api_reads.hpp>
+#include <tav_db_api_service.hpp>
+#include <tav_db_api_watch.hpp>
+
+#endif  // TAV_DB_API_HPP_
