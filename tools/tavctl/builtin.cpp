@@ -60,7 +60,8 @@ Json::Value ToJson(const _APPS_INNER_INFO_T& app) {
 
 void RunBuiltIn(bool is_test_only, bool is_json) {
   std::vector<_APPS_INNER_INFO_T> apps;
-  CheckResult(GetBuiltInAppList(apps, is_test_only), "the catalogue cannot be read");
+  CheckResult(static_cast<tav::Status>(GetBuiltInAppList(apps, is_test_only)),
+              "the catalogue cannot be read");
   Json::Value rows(Json::arrayValue);
   for (const _APPS_INNER_INFO_T& app : apps) rows.append(ToJson(app));
   if (is_json) {

@@ -10,7 +10,7 @@
 
 #include "commands.h"
 #include "output.h"
-#include "tav_db_api.h"
+#include "tav_db_api.hpp"
 
 namespace {
 
@@ -22,31 +22,32 @@ constexpr char kNoAnswer[] =
 struct AppChange {
   const char* name;
   const char* description;
-  int (*call)(const char* id);
+  tav::Status (*call)(tav::TextView id);
 };
 
 constexpr AppChange kChanges[] = {
-    {"lock", "Lock an app", [](const char* id) { return tav_set_app_lock(id, 1); }},
-    {"unlock", "Take an app's lock away", [](const char* id) { return tav_set_app_lock(id, 0); }},
-    {"use", "Count one more use of an app", tav_db_update_app_use_count},
-    {"mark-updated", "Mark an app as updated", tav_db_set_app_updated},
+    {"lock", "Lock an app", [](tav::TextView id) { return tav::SetAppLock(id, true); }},
+    {"unlock", "Take an app's lock away",
+     [](tav::TextView id) { return tav::SetAppLock(id, false); }},
+    {"use", "Count one more use of an app", tav::UpdateAppUseCount},
+    {"mark-updated", "Mark an app as updated", tav::SetAppUpdated},
 };
 
 // What differs between the questions whether the service is at work on an app.
 struct AppState {
   const char* name;
   const char* description;
-  int (*call)(const char* id);
+  tav::Answer (*call)(tav::TextView id);
 };
 
 constexpr AppState kStates[] = {
     {"installing", "Tell whether an app, or one that it requires, is being installed or updated",
-     tav_db_check_app_installing},
-    {"updating", "Tell whether an app is being updated", tav_check_update_popup},
+     tav::CheckAppInstalling},
+    {"updating", "Tell whether an app is being updated", tav::CheckUpdatePopup},
 };
 
-void CheckChanged(int result, const std::string& id) {
-  CheckResult(result, "the service did not change \"" + Printable(id) + "\"");
+void CheckChanged(tav::Status status, const std::string& id) {
+  CheckResult(status, "the service did not change \"" + Printable(id) + "\"");
 }
 
 void AddChange(CLI::App& app, const AppChange& change) {
@@ -54,7 +55,7 @@ void AddChange(CLI::App& app, const AppChange& change) {
   const auto id = std::make_shared<std::string>();
   command->add_option("ID", *id, "The app's id")->required();
   command->footer(kNoAnswer);
-  command->callback([id, &change] { CheckChanged(change.call(id->c_str()), *id); });
+  command->callback([id, &change] { CheckChanged(change.call(*id), *id); });
 }
 
 void AddRate(CLI::App& app) {
@@ -69,20 +70,19 @@ void AddRate(CLI::App& app) {
       ->required()
       ->check(CheckWholeNumber);
   command->footer(kNoAnswer);
-  command->callback([options] {
-    CheckChanged(tav_set_app_rating(options->id.c_str(), options->rating), options->id);
-  });
+  command->callback(
+      [options] { CheckChanged(tav::SetAppRating(options->id, options->rating), options->id); });
 }
 
 void RunTicker(const std::optional<int>& mode) {
   constexpr char kRefusal[] = "the service did not answer";
   if (mode) {
-    CheckResult(tav_set_ticker_mode(*mode), kRefusal);
+    CheckResult(tav::SetTickerMode(*mode), kRefusal);
     return;
   }
-  int current = 0;
-  CheckResult(tav_get_ticker_mode(&current), kRefusal);
-  std::cout << current << "\n";
+  const tav::Result<int> current = tav::GetTickerMode();
+  CheckResult(current.status(), kRefusal);
+  std::cout << *current << "\n";
 }
 
 void AddTicker(CLI::App& app) {
@@ -102,7 +102,7 @@ void AddState(CLI::App& app, const AppState& state) {
       "Prints yes with exit status 0, or no with 1. An app that is not there is a no, and so is\n"
       "a refused call; while the database is busy, updating says yes and installing says no.");
   command->callback([id, &state] {
-    const bool is_so = state.call(id->c_str()) == 0;
+    const bool is_so = state.call(*id) == tav::Answer::kYes;
     std::cout << (is_so ? "yes" : "no") << "\n";
     if (!is_so) throw CLI::RuntimeError(kRefused);
   });

@@ -14,12 +14,12 @@ std::string CheckWholeNumber(const std::string& text) {
   return is_number ? "" : "\"" + Printable(text) + "\" is not a whole number";
 }
 
-void CheckResult(int result, const std::string& refusal) {
-  if (result == 0) return;
-  if (result == kLibraryBusy) throw CommandError(kBusy, "the database stayed busy");
+void CheckResult(tav::Status status, const std::string& refusal) {
+  if (status == tav::Status::kOk) return;
+  if (status == tav::Status::kBusy) throw CommandError(kBusy, "the database stayed busy");
   throw CommandError(kRefused, refusal + ", or the call was refused; the platform log says why");
 }
 
-void CheckFound(int result, const std::string& kind, const std::string& key) {
-  CheckResult(result, "no app with the " + kind + " \"" + Printable(key) + "\" was found");
+void CheckFound(tav::Status status, const std::string& kind, const std::string& key) {
+  CheckResult(status, "no app with the " + kind + " \"" + Printable(key) + "\" was found");
 }

@@ -9,7 +9,7 @@
 
 #include "commands.h"
 #include "manual/program.h"
-#include "tav_db_api.h"
+#include "tav_db_api.hpp"
 
 namespace {
 
@@ -52,14 +52,14 @@ On a PC, tav-sandbox makes a device to try it on.)",
 
 // A library of another layout would write past the records of this program.
 void CheckRecordLayout() {
-  if (get_size_of_tav_app_filter_s() != sizeof(tav_app_filter_s)) {
+  if (tav::GetSizeOfAppFilter() != sizeof(tav_app_filter_s)) {
     throw CommandError(kRefused, "the library's filter has another size than this program's");
   }
-  const unsigned int theirs = get_size_of_tav_app_info_s();
-  if (theirs != sizeof(tav_app_info_s)) {
+  const std::size_t theirs = tav::GetSizeOfAppInfo();
+  if (theirs != sizeof(tav::AppInfo)) {
     throw CommandError(kRefused, "the library's app record has " + std::to_string(theirs) +
                                      " bytes, this program's has " +
-                                     std::to_string(sizeof(tav_app_info_s)));
+                                     std::to_string(sizeof(tav::AppInfo)));
   }
 }
 

@@ -8,6 +8,8 @@
 #include <stdexcept>
 #include <string>
 
+#include "tav_db_api.hpp"
+
 namespace CLI {
 class App;
 }
@@ -18,10 +20,6 @@ enum ExitStatus {
   kUsage = 2,
   kBusy = 3,
 };
-
-// What the library answers when it did not do its work.
-inline constexpr int kLibraryFailed = -1;
-inline constexpr int kLibraryBusy = -2;
 
 // Ends a subcommand: main prints the text and exits with the status.
 class CommandError : public std::runtime_error {
@@ -38,11 +36,11 @@ class CommandError : public std::runtime_error {
 std::string CheckWholeNumber(const std::string& text);
 
 // Throws what a failed call of the library means: busy, or the refusal; every failure but busy has
-// its cause in the platform log alone. Does nothing for 0.
-void CheckResult(int result, const std::string& refusal);
+// its cause in the platform log alone. Does nothing for a success.
+void CheckResult(tav::Status status, const std::string& refusal);
 
 // CheckResult for a lookup by one kind of key.
-void CheckFound(int result, const std::string& kind, const std::string& key);
+void CheckFound(tav::Status status, const std::string& kind, const std::string& key);
 
 // Each runs its work from CLI11's callback and throws CommandError.
 void AddBuiltInCommand(CLI::App& app);

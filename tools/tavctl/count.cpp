@@ -10,7 +10,7 @@
 #include "commands.h"
 #include "filter_options.h"
 #include "output.h"
-#include "tav_db_api.h"
+#include "tav_db_api.hpp"
 
 namespace {
 
@@ -22,19 +22,19 @@ Examples:
   tavctl count --json)";
 
 struct Options {
-  tav_app_filter_s filter;
+  tav::Filter filter;
   bool json = false;
 };
 
 void RunCount(const Options& options) {
-  int count = 0;
-  CheckResult(tav_get_app_count(options.filter, &count), "the filter is not valid");
+  const tav::Result<int> count = tav::GetAppCount(options.filter);
+  CheckResult(count.status(), "the filter is not valid");
   if (options.json) {
     Json::Value object(Json::objectValue);
-    object["count"] = count;
+    object["count"] = *count;
     PrintJson(object);
   } else {
-    std::cout << count << "\n";
+    std::cout << *count << "\n";
   }
 }
 

@@ -14,9 +14,8 @@
 #include "device/handles.h"
 #include "device/schema.h"
 #include "doctor.h"
-#include "malloc_ptr.h"
 #include "platform.h"
-#include "tav_db_api.h"
+#include "tav_db_api.hpp"
 
 namespace {
 
@@ -180,13 +179,11 @@ bool Examination::Tables() {
 }
 
 void ReadThroughLibrary(Findings& findings) {
-  tav_app_info_s* list = nullptr;
-  int count = 0;
-  const int result = tav_get_all_app_list(&list, &count);
-  const MallocPtr<tav_app_info_s> owner(list);
-  if (result == 0) {
-    findings.push_back({Health::kGood, kRead, std::to_string(count) + " records", ""});
+  const tav::Result<tav::AppList> list = tav::GetAllAppList();
+  if (list) {
+    findings.push_back({Health::kGood, kRead, std::to_string(list->size()) + " records", ""});
   } else {
+    const int result = static_cast<int>(list.status());
     findings.push_back({Health::kProblem, kRead,
                         "tav_get_all_app_list answers " + std::to_string(result),
                         "run with DLOG_LEVEL=W to see why"});

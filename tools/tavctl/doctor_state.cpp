@@ -12,9 +12,9 @@
 #include <string>
 
 #include "doctor.h"
-#include "malloc_ptr.h"
 #include "platform.h"
 #include "published_settings.h"
+#include "tav_db_api.hpp"
 
 namespace {
 
@@ -62,8 +62,7 @@ enum class Held { kNothing, kInt, kText };
 Held TypeHeldBy(const char* key) {
   int number = 0;
   if (vconf_get_int(key, &number) == 0) return Held::kInt;
-  const MallocPtr<char> text(vconf_get_str(key));
-  return text != nullptr ? Held::kText : Held::kNothing;
+  return tav::Text(vconf_get_str(key)) ? Held::kText : Held::kNothing;
 }
 
 void ExamineFactoryReset(Findings& findings) {

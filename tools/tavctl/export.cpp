@@ -10,8 +10,7 @@
 #include <string>
 
 #include "commands.h"
-#include "malloc_ptr.h"
-#include "tav_db_api.h"
+#include "tav_db_api.hpp"
 
 namespace {
 
@@ -57,29 +56,23 @@ Request MakeRequest(const Options& options) {
 }
 
 void ExportApp(const std::string& id) {
-  char* text = nullptr;
-  const int result = tav_get_app_info_json(id.c_str(), &text);
-  const MallocPtr<char> owner(text);
-  CheckFound(result, "id", id);
-  std::cout << text << "\n";
+  const tav::Result<tav::Text> json = tav::GetAppInfoJson(id);
+  CheckFound(json.status(), "id", id);
+  std::cout << json->view() << "\n";
 }
 
 void ExportList(const Options& options) {
   const Request request = MakeRequest(options);
-  char* text = nullptr;
-  const int result = tav_get_app_list_json(request.get(), &text);
-  const MallocPtr<char> owner(text);
-  CheckResult(result, "the list cannot be exported");
+  const tav::Result<tav::Text> json = tav::GetAppListJson(request.get());
+  CheckResult(json.status(), "the list cannot be exported");
   // The library gives no text for no app; a program that reads the output wants a document.
-  std::cout << (text != nullptr ? text : R"({"app_list" : []})") << "\n";
+  std::cout << (json->has_value() ? json->view() : R"({"app_list" : []})") << "\n";
 }
 
 void ExportXml() {
-  char* path = nullptr;
-  const int result = tav_write_all_app_info_to_xml(&path);
-  const MallocPtr<char> owner(path);
-  CheckResult(result, "the file cannot be written");
-  std::cout << path << "\n";
+  const tav::Result<tav::Text> path = tav::WriteAllAppInfoToXml();
+  CheckResult(path.status(), "the file cannot be written");
+  std::cout << path->view() << "\n";
 }
 
 }  // namespace

@@ -12,19 +12,19 @@
 #include "output.h"
 #include "record_fields.h"
 #include "record_json.h"
-#include "tav_db_api.h"
+#include "tav_db_api.hpp"
 
 namespace {
 
 struct Lookup {
   const char* kind;  // the word after --by
-  int (*find)(const char* id, tav_app_info_s* info);
+  tav::Result<tav::AppInfo> (*find)(tav::TextView id);
 };
 
 constexpr Lookup kLookups[] = {
-    {"id", tav_get_app_info},
-    {"tizen-id", tav_get_app_info_by_tizenid},
-    {"run-title", tav_get_app_info_by_runtitle},
+    {"id", tav::GetAppInfo},
+    {"tizen-id", tav::GetAppInfoByTizenId},
+    {"run-title", tav::GetAppInfoByRunTitle},
 };
 
 // What people ask for first; the other fields follow in the record's order.
@@ -46,11 +46,11 @@ struct Options {
   bool json = false;
 };
 
-tav_app_info_s Find(const Options& options) {
+tav::Result<tav::AppInfo> Find(const Options& options) {
   const auto* lookup = std::find_if(std::begin(kLookups), std::end(kLookups),
                                     [&](const Lookup& l) { return options.kind == l.kind; });
-  tav_app_info_s info = {};
-  CheckFound(lookup->find(options.id.c_str(), &info), options.kind, options.id);
+  tav::Result<tav::AppInfo> info = lookup->find(options.id);
+  CheckFound(info.status(), options.kind, options.id);
   return info;
 }
 
@@ -72,7 +72,7 @@ std::vector<const RecordField*> ReadingOrder() {
   return order;
 }
 
-void PrintReadable(const tav_app_info_s& info) {
+void PrintReadable(const tav::AppInfo& info) {
   std::vector<NamedText> lines;
   for (const RecordField* field : ReadingOrder()) {
     const std::string value = field->kind == FieldKind::kText
@@ -84,11 +84,11 @@ void PrintReadable(const tav_app_info_s& info) {
 }
 
 void RunInfo(const Options& options) {
-  const tav_app_info_s info = Find(options);
+  const tav::Result<tav::AppInfo> info = Find(options);
   if (options.json) {
-    PrintJson(ToJson(info));
+    PrintJson(ToJson(*info));
   } else {
-    PrintReadable(info);
+    PrintReadable(*info);
   }
 }
 

@@ -15,27 +15,26 @@
 #include "commands.h"
 #include "device/schema.h"
 #include "filter_options.h"
-#include "malloc_ptr.h"
 #include "manual/values.h"
 #include "output.h"
 #include "record_json.h"
 #include "table.h"
-#include "tav_db_api.h"
+#include "tav_db_api.hpp"
 
 namespace {
 
 struct View {
   const char* name;
-  int mode;
+  tav::ViewMode mode;
 };
 
 constexpr View kViews[] = {
-    {"most-used", TAV_APP_VIEWMODE_MOST_USED},
-    {"catalogue", TAV_APP_VIEWMODE_CATALOGUE},
-    {"last-downloaded", TAV_APP_VIEWMODE_LAST_DOWNLOADED},
-    {"title", TAV_APP_VIEWMODE_TITLE},
-    {"title-desc", TAV_APP_VIEWMODE_TITLE_DESCENDING},
-    {"recent", TAV_APP_VIEWMODE_RECENTLY_LAUNCHED},
+    {"most-used", tav::ViewMode::kMostUsed},
+    {"catalogue", tav::ViewMode::kCatalogue},
+    {"last-downloaded", tav::ViewMode::kLastDownloaded},
+    {"title", tav::ViewMode::kTitle},
+    {"title-desc", tav::ViewMode::kTitleDescending},
+    {"recent", tav::ViewMode::kRecentlyLaunched},
 };
 
 constexpr std::size_t kWidestTitle = 40;
@@ -83,10 +82,9 @@ Examples:
   tavctl list --key is_usb_app)";
 
 struct Options {
-  tav_app_filter_s filter;
-  int view = TAV_APP_VIEWMODE_CATALOGUE;
-  int offset = -1;  // no paging
-  int limit = 0;    // all
+  tav::Filter filter;
+  tav::ViewMode view = tav::ViewMode::kCatalogue;
+  tav::Page page;
   bool all = false;
   bool multi_screen = false;
   std::optional<int> recent;
@@ -109,37 +107,21 @@ bool IsLeftEmpty(const Record& record) {
   return std::memcmp(&record, &empty, sizeof(record)) == 0;
 }
 
-// call(Record** list, int* count) is one of the library's lists.
-template <typename Record, typename Call>
-Json::Value Read(const char* refusal, Call call) {
-  Record* list = nullptr;
-  int count = 0;
-  const int result = call(&list, &count);
-  const MallocPtr<Record> owner(list);
-  CheckResult(result, refusal);
-  while (count > 0 && IsLeftEmpty(list[count - 1])) --count;
+template <typename Record>
+Json::Value Rows(const tav::Result<tav::List<Record>>& list, const char* refusal) {
+  CheckResult(list.status(), refusal);
+  std::size_t count = list->size();
+  while (count > 0 && IsLeftEmpty((*list)[count - 1])) --count;
   Json::Value rows(Json::arrayValue);
-  for (int i = 0; i < count; ++i) rows.append(ToJson(list[i]));
+  for (std::size_t i = 0; i < count; ++i) rows.append(ToJson((*list)[i]));
   return rows;
 }
 
 Json::Value ReadInfos(const Options& options) {
-  using Info = tav_app_info_s;
-  if (options.all) return Read<Info>(kUnreadable, tav_get_all_app_list);
-  if (options.recent) {
-    return Read<Info>(kUnreadable, [&](Info** list, int* count) {
-      return tav_get_recently_used_app_list(*options.recent, list, count);
-    });
-  }
-  if (options.key) {
-    return Read<Info>(kUnreadable, [&](Info** list, int* count) {
-      return tav_get_key_list(*options.key, options.limit, list, count);
-    });
-  }
-  return Read<Info>(kRefusedPage, [&](Info** list, int* count) {
-    return tav_get_app_list(options.filter, static_cast<tav_app_viewmode_e>(options.view),
-                            options.offset, options.limit, list, count);
-  });
+  if (options.all) return Rows(tav::GetAllAppList(), kUnreadable);
+  if (options.recent) return Rows(tav::GetRecentlyUsedAppList(*options.recent), kUnreadable);
+  if (options.key) return Rows(tav::GetKeyList(*options.key, options.page.count), kUnreadable);
+  return Rows(tav::GetAppList(options.filter, options.view, options.page), kRefusedPage);
 }
 
 Listing InfoListing(const Options& options) {
@@ -153,10 +135,7 @@ Listing InfoListing(const Options& options) {
 
 Listing MultiScreenListing(const Options& options) {
   Listing listing;
-  listing.rows = Read<tav_app_ms_s>(kRefusedPage, [&](tav_app_ms_s** list, int* count) {
-    return tav_get_app_list_ms(options.filter, static_cast<tav_app_viewmode_e>(options.view),
-                               options.offset, options.limit, list, count);
-  });
+  listing.rows = Rows(tav::GetAppListMs(options.filter, options.view, options.page), kRefusedPage);
   listing.columns.assign(std::begin(kMultiScreenColumns), std::end(kMultiScreenColumns));
   listing.names = MultiScreenFieldNames();
   return listing;
@@ -196,7 +175,7 @@ std::vector<std::string> ViewNames() {
 // Puts the mode in a view's place, as a number. Returns what is wrong, or nothing.
 std::string TranslateView(std::string& view) {
   for (const View& known : kViews) {
-    const std::string mode = std::to_string(known.mode);
+    const std::string mode = std::to_string(static_cast<int>(known.mode));
     if (view != known.name && view != mode) continue;
     view = mode;
     return "";
@@ -212,13 +191,14 @@ void AddSelection(CLI::App& command, Options& options) {
   const CLI::Range from_zero(0, std::numeric_limits<int>::max());
   std::vector<CLI::Option*> paged = AddFilterOptions(command, options.filter);
   paged.push_back(command.add_option("--view", options.view, "The order (default: catalogue)")
+                      ->type_name("INT")
                       ->option_text("VIEW")
                       ->transform(tav_manual::OneOf(TranslateView, ViewNames())));
-  paged.push_back(command.add_option("--offset", options.offset, "Leave the first N apps out")
+  paged.push_back(command.add_option("--offset", options.page.index, "Leave the first N apps out")
                       ->option_text("N")
                       ->check(from_zero));
   CLI::Option* limit =
-      command.add_option("--limit", options.limit, "At most N apps (default: 0, all)")
+      command.add_option("--limit", options.page.count, "At most N apps (default: 0, all)")
           ->option_text("N")
           ->check(from_zero);
   paged.push_back(

@@ -4,40 +4,51 @@
 #ifndef TOOLS_TAVCTL_PUBLISHED_SETTINGS_H_
 #define TOOLS_TAVCTL_PUBLISHED_SETTINGS_H_
 
+#include <functional>
 #include <string>
 #include <vector>
 
-#include "tav_db_api.h"
+#include "tav_db_api.hpp"
 
-// No setting that the library watches has this number.
-inline constexpr tav_vconf_key_e kNotWatchable = static_cast<tav_vconf_key_e>(-1);
+using IntListener = std::function<void(int value)>;
+using TextListener = std::function<void(tav::TextView value)>;
 
-// One of the two readers is null: it says the type.
+// A setting's reader says its type. Its watch is null where the platform alone watches it.
 struct PublishedSetting {
   const char* key;
-  int (*read_int)(int* value);
-  int (*read_text)(char** value);
-  tav_vconf_key_e watched_as;  // kNotWatchable: by the platform alone
+  tav::Result<int> (*read_int)();
+  tav::Result<tav::Text> (*read_text)();
+  tav::Result<tav::Watch> (*watch_int)(IntListener&& listener);
+  tav::Result<tav::Watch> (*watch_text)(TextListener&& listener);
 
-  bool IsWatchable() const { return watched_as != kNotWatchable; }
+  bool IsWatchable() const { return watch_int != nullptr || watch_text != nullptr; }
   bool IsText() const { return read_text != nullptr; }
   const char* TypeName() const { return IsText() ? "string" : "int"; }
 };
 
 // The library only sets this one; its watchers ask the platform.
-int ReadAppChange(int* value);
+tav::Result<int> ReadAppChange();
+
+constexpr PublishedSetting IntSetting(const char* key, decltype(PublishedSetting::read_int) read,
+                                      decltype(PublishedSetting::watch_int) watch = nullptr) {
+  return {key, read, nullptr, watch, nullptr};
+}
+constexpr PublishedSetting TextSetting(const char* key, decltype(PublishedSetting::read_text) read,
+                                       decltype(PublishedSetting::watch_text) watch = nullptr) {
+  return {key, nullptr, read, nullptr, watch};
+}
 
 inline constexpr PublishedSetting kPublishedSettings[] = {
-    {"db/comss/appkey", nullptr, tav_get_appkey, kNotWatchable},
-    {"db/comss/kestranaversion", nullptr, tav_get_kestrana_ver, kNotWatchable},
-    {"db/tav/app_sync_status", tav_get_tv_sync_status, nullptr, kNotWatchable},
-    {"db/tav/factory_reset", tav_get_factory_reset_type, nullptr, TAV_VCONF_KEY_FACTORY_RESET_TYPE},
-    {"memory/tav/appsync", tav_get_appsync_start_status, nullptr, TAV_VCONF_KEY_APPSYNC_START},
-    {"db/homedeck/reset/tavcore", tav_get_homedeck_reset_status, nullptr,
-     TAV_VCONF_KEY_HOMEDECK_RESET_STATUS},
-    {"memory/tav/boot_status", tav_get_tav_boot_status, nullptr, kNotWatchable},
-    {"memory/tav/app_install", nullptr, tav_get_installed_appid, TAV_VCONF_KEY_INSTALLED_APPID},
-    {"memory/tav/app_change", ReadAppChange, nullptr, kNotWatchable},
+    TextSetting("db/comss/appkey", tav::GetAppkey),
+    TextSetting("db/comss/kestranaversion", tav::GetKestranaVer),
+    IntSetting("db/tav/app_sync_status", tav::GetTvSyncStatus),
+    IntSetting("db/tav/factory_reset", tav::GetFactoryResetType, tav::WatchFactoryResetType),
+    IntSetting("memory/tav/appsync", tav::GetAppsyncStartStatus, tav::WatchAppsyncStart),
+    IntSetting("db/homedeck/reset/tavcore", tav::GetHomedeckResetStatus,
+               tav::WatchHomedeckResetStatus),
+    IntSetting("memory/tav/boot_status", tav::GetTavBootStatus),
+    TextSetting("memory/tav/app_install", tav::GetInstalledAppId, tav::WatchInstalledAppId),
+    IntSetting("memory/tav/app_change", ReadAppChange),
 };
 
 // Null when the service publishes no such setting.

@@ -84,12 +84,12 @@ constexpr RecordField kRecordFields[kRecordFieldCount] = {
 
 #undef RECORD_FIELD
 
-std::string TextOf(const tav_app_info_s& info, const RecordField& field) {
+std::string TextOf(const tav::AppInfo& info, const RecordField& field) {
   const char* text = reinterpret_cast<const char*>(&info) + field.offset;
   return std::string(text, strnlen(text, TAV_TEXT_SIZE));
 }
 
-std::int32_t IntegerOf(const tav_app_info_s& info, const RecordField& field) {
+std::int32_t IntegerOf(const tav::AppInfo& info, const RecordField& field) {
   std::int32_t value = 0;
   std::memcpy(&value, reinterpret_cast<const char*>(&info) + field.offset, sizeof(value));
   return value;

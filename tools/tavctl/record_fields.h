@@ -8,7 +8,7 @@
 #include <cstdint>
 #include <string>
 
-#include "tav_db_api.h"
+#include "tav_db_api.hpp"
 
 enum class FieldKind { kText, kInteger };
 
@@ -24,8 +24,8 @@ inline constexpr std::size_t kRecordFieldCount = 59;
 extern const RecordField kRecordFields[kRecordFieldCount];
 
 // The bytes of a text field up to its terminator, which may be no valid UTF-8.
-std::string TextOf(const tav_app_info_s& info, const RecordField& field);
+std::string TextOf(const tav::AppInfo& info, const RecordField& field);
 
-std::int32_t IntegerOf(const tav_app_info_s& info, const RecordField& field);
+std::int32_t IntegerOf(const tav::AppInfo& info, const RecordField& field);
 
 #endif  // TOOLS_TAVCTL_RECORD_FIELDS_H_

@@ -3,8 +3,6 @@
 // The library's records as JSON objects.
 #include "record_json.h"
 
-#include <cstring>
-
 #include "output.h"
 #include "record_fields.h"
 
@@ -15,7 +13,7 @@ constexpr char kMultiScreen[] = "is_multi_screen2";
 
 }  // namespace
 
-Json::Value ToJson(const tav_app_info_s& info) {
+Json::Value ToJson(const tav::AppInfo& info) {
   Json::Value object(Json::objectValue);
   for (const RecordField& field : kRecordFields) {
     if (field.kind == FieldKind::kText) {
@@ -27,9 +25,9 @@ Json::Value ToJson(const tav_app_info_s& info) {
   return object;
 }
 
-Json::Value ToJson(const tav_app_ms_s& app) {
+Json::Value ToJson(const tav::MultiScreenApp& app) {
   Json::Value object(Json::objectValue);
-  object[kId] = ValidUtf8(std::string(app.app_id, strnlen(app.app_id, TAV_TEXT_SIZE)));
+  object[kId] = ValidUtf8(std::string(tav::TextOf(app.app_id)));
   object[kMultiScreen] = app.is_multi_screen2;
   return object;
 }

@@ -9,11 +9,11 @@
 #include <string>
 #include <vector>
 
-#include "tav_db_api.h"
+#include "tav_db_api.hpp"
 
 // Every field under its own name; texts are valid UTF-8.
-Json::Value ToJson(const tav_app_info_s& info);
-Json::Value ToJson(const tav_app_ms_s& app);
+Json::Value ToJson(const tav::AppInfo& info);
+Json::Value ToJson(const tav::MultiScreenApp& app);
 
 // The names of those fields, in the record's order.
 std::vector<std::string> InfoFieldNames();

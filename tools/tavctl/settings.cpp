@@ -11,7 +11,6 @@
 #include <string>
 
 #include "commands.h"
-#include "malloc_ptr.h"
 #include "manual/values.h"
 #include "output.h"
 #include "platform.h"
@@ -33,13 +32,11 @@ Examples:
 // Null when the setting is missing or of another type.
 Json::Value ValueOf(const PublishedSetting& setting) {
   if (setting.IsText()) {
-    char* text = nullptr;
-    const int result = setting.read_text(&text);
-    const MallocPtr<char> owner(text);
-    return result == 0 ? Json::Value(ValidUtf8(text)) : Json::Value();
+    const tav::Result<tav::Text> text = setting.read_text();
+    return text ? Json::Value(ValidUtf8(text->str())) : Json::Value();
   }
-  int number = 0;
-  return setting.read_int(&number) == 0 ? Json::Value(number) : Json::Value();
+  const tav::Result<int> number = setting.read_int();
+  return number ? Json::Value(*number) : Json::Value();
 }
 
 void RunSettings(bool is_json) {
@@ -69,8 +66,7 @@ std::string TypeOf(const std::string& key) {
   }
   int number = 0;
   if (vconf_get_int(key.c_str(), &number) == 0) return kInt;
-  const MallocPtr<char> text(vconf_get_str(key.c_str()));
-  if (text != nullptr) return kString;
+  if (tav::Text(vconf_get_str(key.c_str()))) return kString;
   throw CommandError(kRefused, "there is no setting \"" + Printable(key) +
                                    "\"; to make it, say what it holds with --type");
 }
@@ -93,14 +89,16 @@ void RunSetSetting(const std::string& key, const std::string& value,
   const std::string type = wanted_type.empty() ? TypeOf(key) : wanted_type;
   const int result = type == kInt ? vconf_set_int(key.c_str(), ToInt(value))
                                   : vconf_set_str(key.c_str(), value.c_str());
-  CheckResult(result == 0 ? 0 : kLibraryFailed,
+  CheckResult(result == 0 ? tav::Status::kOk : tav::Status::kFailed,
               "the setting \"" + Printable(key) + "\" was not set");
 }
 
 }  // namespace
 
-int ReadAppChange(int* value) {
-  return vconf_get_int("memory/tav/app_change", value);
+tav::Result<int> ReadAppChange() {
+  int value = 0;
+  const bool is_read = vconf_get_int("memory/tav/app_change", &value) == 0;
+  return {is_read ? tav::Status::kOk : tav::Status::kFailed, value};
 }
 
 void AddSettingsCommand(CLI::App& app) {

@@ -12,9 +12,8 @@
 #include <vector>
 
 #include "commands.h"
-#include "malloc_ptr.h"
 #include "output.h"
-#include "tav_db_api.h"
+#include "tav_db_api.hpp"
 
 namespace {
 
@@ -37,65 +36,57 @@ struct Keys {
 };
 
 // False for a failure that is an answer here: the app itself is known to be there.
-bool Succeeded(int result) {
-  if (result == kLibraryBusy) CheckResult(result, "");
-  return result == 0;
+bool Succeeded(tav::Status status) {
+  if (status == tav::Status::kBusy) CheckResult(status, "");
+  return status == tav::Status::kOk;
 }
 
 Json::Value TextOrNull(const std::string& text) {
   return text.empty() ? Json::Value() : Json::Value(ValidUtf8(text));
 }
 
-// call(char** text) is one of the library's texts.
-template <typename Call>
-Json::Value AskText(Call call) {
-  char* text = nullptr;
-  const bool is_answered = Succeeded(call(&text));
-  const MallocPtr<char> owner(text);
-  return is_answered ? TextOrNull(text) : Json::Value();
+Json::Value Answered(const tav::Result<tav::Text>& text) {
+  return Succeeded(text.status()) ? TextOrNull(text->str()) : Json::Value();
+}
+
+template <typename Value>
+Json::Value Answered(const tav::Result<Value>& value) {
+  return Succeeded(value.status()) ? Json::Value(*value) : Json::Value();
 }
 
 Json::Value AskUsb(const Keys& keys) {
-  const int result = tav_check_is_usb_app(keys.app_id->c_str());
-  return result >= 0 || Succeeded(result) ? Json::Value(result != 0) : Json::Value();
+  return Answered(tav::CheckIsUsbApp(*keys.app_id));
 }
 
 Json::Value AskRating(const Keys& keys) {
-  int rating = 0;
-  return Succeeded(tav_get_app_rating(keys.app_id->c_str(), &rating)) ? Json::Value(rating)
-                                                                      : Json::Value();
+  return Answered(tav::GetAppRating(*keys.app_id));
 }
 
 Json::Value AskPackageName(const Keys& keys) {
   if (keys.native_id->empty()) return {};
-  return AskText(
-      [&](char** text) { return tav_get_pkgname_by_nativeid(keys.native_id->c_str(), text); });
+  return Answered(tav::GetPkgnameByNativeId(*keys.native_id));
 }
 
 Json::Value AskRunTitle(const Keys& keys) {
   if (keys.ait.empty()) return TextOrNull(*keys.own_run_title);
-  return AskText([&](char** text) {
-    return tav_get_app_runtitle_by_ait_id(keys.ait[0].c_str(), keys.ait[1].c_str(), text);
-  });
+  return Answered(tav::GetAppRunTitleByAitId(keys.ait[0], keys.ait[1]));
 }
 
 Json::Value AskAppId(const Keys& keys) {
   if (keys.run_title->empty()) return {};
-  return AskText(
-      [&](char** text) { return tav_get_appid_by_runtitle(keys.run_title->c_str(), text); });
+  return Answered(tav::GetAppIdByRunTitle(*keys.run_title));
 }
 
 Json::Value AskInstalled(const Keys& keys) {
   if (keys.run_title->empty()) return {};
-  int status = 0;
-  const int result = tav_check_app_installed_by_runtitle(keys.run_title->c_str(), &status);
-  return Succeeded(result) ? Json::Value(status == 0) : Json::Value();
+  return Answered(tav::CheckAppInstalledByRunTitle(*keys.run_title));
 }
 
-// A question about the app that a 0 affirms and a -1 denies.
-template <int (*kCall)(const char* app_id)>
+template <tav::Answer (*kCall)(tav::TextView app_id)>
 Json::Value AskFlag(const Keys& keys) {
-  return Succeeded(kCall(keys.app_id->c_str()));
+  const tav::Answer answer = kCall(*keys.app_id);
+  if (answer == tav::Answer::kBusy) CheckResult(tav::Status::kBusy, "");
+  return answer == tav::Answer::kYes;
 }
 
 enum class Key { kNone, kApp, kNativeId, kRunTitle, kAit };
@@ -108,8 +99,8 @@ struct Property {
 };
 
 constexpr Property kProperties[] = {
-    {"isp", Key::kApp, AskFlag<tav_is_isp_app>, "tav_is_isp_app"},
-    {"hybrid", Key::kApp, AskFlag<tav_is_hybrid_app>, "tav_is_hybrid_app"},
+    {"isp", Key::kApp, AskFlag<tav::IsIspApp>, "tav_is_isp_app"},
+    {"hybrid", Key::kApp, AskFlag<tav::IsHybridApp>, "tav_is_hybrid_app"},
     {"usb", Key::kApp, AskUsb, "tav_check_is_usb_app"},
     {"rating", Key::kApp, AskRating, "tav_get_app_rating"},
     {"package-name", Key::kNativeId, AskPackageName,
@@ -117,10 +108,10 @@ constexpr Property kProperties[] = {
     {"run-title", Key::kAit, AskRunTitle, "the record; with --ait tav_get_app_runtitle_by_ait_id"},
     {"app-id", Key::kRunTitle, AskAppId, "tav_get_appid_by_runtitle with the app's run title"},
     {"installed", Key::kRunTitle, AskInstalled, "tav_check_app_installed_by_runtitle, the same"},
-    {"recently-used", Key::kApp, AskFlag<tav_check_is_recently_used_app>,
+    {"recently-used", Key::kApp, AskFlag<tav::CheckIsRecentlyUsedApp>,
      "tav_check_is_recently_used_app"},
-    {"most-used", Key::kApp, AskFlag<tav_check_is_most_used_app>, "tav_check_is_most_used_app"},
-    {"emanual", Key::kNone, [](const Keys&) { return AskText(tav_get_emanual_id); },
+    {"most-used", Key::kApp, AskFlag<tav::CheckIsMostUsedApp>, "tav_check_is_most_used_app"},
+    {"emanual", Key::kNone, [](const Keys&) { return Answered(tav::GetEmanualId()); },
      "tav_get_emanual_id, the same for every app"},
 };
 
@@ -156,12 +147,12 @@ const char* Needed(Key key) {
 Keys FindKeys(const Options& options) {
   Keys keys;
   if (options.id) {
-    tav_app_info_s info = {};
-    CheckFound(tav_get_app_info(options.id->c_str(), &info), "id", *options.id);
-    keys.app_id = info.app_id;
-    keys.native_id = info.native_id;
-    keys.run_title = info.app_runtitle;
-    keys.own_run_title = info.app_runtitle;
+    const tav::Result<tav::AppInfo> info = tav::GetAppInfo(*options.id);
+    CheckFound(info.status(), "id", *options.id);
+    keys.app_id = tav::TextOf(info->app_id);
+    keys.native_id = tav::TextOf(info->native_id);
+    keys.run_title = tav::TextOf(info->app_runtitle);
+    keys.own_run_title = keys.run_title;
   }
   if (options.native_id) keys.native_id = options.native_id;
   if (options.run_title) keys.run_title = options.run_title;
@@ -199,7 +190,7 @@ void RunShowProperty(const Options& options) {
     }
     const Json::Value answer = property->ask(keys);
     if (answer.isNull() && !options.names.empty()) {
-      CheckResult(kLibraryFailed, std::string("there is no answer for ") + property->name);
+      CheckResult(tav::Status::kFailed, std::string("there is no answer for ") + property->name);
     }
     answers[property->name] = answer;
     lines.push_back({property->name, Readable(answer)});

@@ -49,20 +49,17 @@ class Watch {
   struct Key {
     Watch* watch;
     std::string name;
-    const PublishedSetting* setting;  // null for a setting that the platform watches
+    const PublishedSetting* setting;  // null for a setting that the service does not publish
+    tav::Watch registration;          // of a setting that the library watches
 
     bool IsWatchedByLibrary() const { return setting != nullptr && setting->IsWatchable(); }
-    // The registration takes both kinds of callback as a number.
-    intptr_t Callback() const {
-      return setting->IsText() ? reinterpret_cast<intptr_t>(OnText)
-                               : reinterpret_cast<intptr_t>(OnInt);
-    }
-    int Begin();
-    void End() const;
+    bool Begin();
+    void End();
+
+    void OnInt(int value);
+    void OnText(tav::TextView value);
   };
 
-  static void OnInt(int value, void* key);
-  static void OnText(const char* value, void* key);
   static void OnNode(keynode_t* node, void* key);
   static gboolean OnSignal(void* watch);
 
@@ -89,14 +86,17 @@ Watch::~Watch() {
   g_source_remove(m_interrupt);
 }
 
-int Watch::Key::Begin() {
-  if (IsWatchedByLibrary()) return tav_register_value_cb(setting->watched_as, Callback(), this);
-  return vconf_notify_key_changed(name.c_str(), OnNode, this);
+bool Watch::Key::Begin() {
+  if (!IsWatchedByLibrary()) return vconf_notify_key_changed(name.c_str(), OnNode, this) == 0;
+  registration = (setting->IsText() ? setting->watch_text([this](auto value) { OnText(value); })
+                                    : setting->watch_int([this](int value) { OnInt(value); }))
+                     .value();
+  return static_cast<bool>(registration);
 }
 
-void Watch::Key::End() const {
+void Watch::Key::End() {
   if (IsWatchedByLibrary()) {
-    tav_unregister_value_cb(setting->watched_as, Callback());
+    registration.reset();
   } else {
     vconf_ignore_key_changed(name.c_str(), OnNode);
   }
@@ -106,32 +106,28 @@ void Watch::Begin(const std::string& name) {
   const bool is_there =
       std::any_of(m_keys.begin(), m_keys.end(), [&](const auto& key) { return key->name == name; });
   if (is_there) return;
-  auto key = std::make_unique<Key>(Key{this, name, FindPublishedSetting(name)});
-  CheckResult(key->Begin() == 0 ? 0 : kLibraryFailed,
+  auto key = std::make_unique<Key>(Key{this, name, FindPublishedSetting(name), {}});
+  CheckResult(key->Begin() ? tav::Status::kOk : tav::Status::kFailed,
               "the setting \"" + Printable(name) + "\" cannot be watched");
   m_keys.push_back(std::move(key));
 }
 
 // The library hands over 0 when the setting holds no int: the getter knows better.
-void Watch::OnInt(int value, void* key) {
-  const auto* const watched = static_cast<Key*>(key);
-  int current = 0;
-  const bool is_int = !watched->IsWatchedByLibrary() || watched->setting->read_int(&current) == 0;
-  watched->watch->Tell(watched->name, is_int ? Json::Value(value) : Json::Value());
+void Watch::Key::OnInt(int value) {
+  const bool is_int = !IsWatchedByLibrary() || setting->read_int().has_value();
+  watch->Tell(name, is_int ? Json::Value(value) : Json::Value());
 }
 
-void Watch::OnText(const char* value, void* key) {
-  static_cast<Key*>(key)->watch->Tell(
-      static_cast<Key*>(key)->name,
-      value != nullptr ? Json::Value(ValidUtf8(value)) : Json::Value());
+void Watch::Key::OnText(tav::TextView value) {
+  watch->Tell(name, value ? Json::Value(ValidUtf8(std::string(value.view()))) : Json::Value());
 }
 
 void Watch::OnNode(keynode_t* node, void* key) {
   const char* const text = vconf_keynode_get_str(node);
   if (text != nullptr) {
-    OnText(text, key);
+    static_cast<Key*>(key)->OnText(text);
   } else {
-    OnInt(vconf_keynode_get_int(node), key);
+    static_cast<Key*>(key)->OnInt(vconf_keynode_get_int(node));
   }
 }
 
