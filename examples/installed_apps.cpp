@@ -3,103 +3,67 @@
 // installed_apps_cpp [COUNT]: the same program as installed_apps.c, in C++17.
 #include <glib-unix.h>
 #include <glib.h>
-#include <tav_db_api.h>
 
 #include <csignal>
 #include <cstdlib>
 #include <iomanip>
 #include <iostream>
 #include <memory>
-#include <stdexcept>
+#include <tav_db_api.hpp>
 
 namespace {
 
-struct Free {
-  void operator()(void* block) const { std::free(block); }
-};
+using tav::TextOf;
 
-// The visible apps by title, in one block that the library has allocated.
-class AppList {
- public:
-  AppList() {
-    const tav_app_filter_s every_app = {65535, 0, 65535};
-    tav_app_info_s* apps = nullptr;
-    const int result = tav_get_app_list(every_app, TAV_APP_VIEWMODE_TITLE, -1, 0, &apps, &m_count);
-    m_apps.reset(apps);
-    if (result == -2) throw std::runtime_error("the database is busy");
-    if (result != 0) throw std::runtime_error("no list; the log says why");
+int Fail(const char* text) {
+  std::cerr << text << "\n";
+  return 1;
+}
+
+// The record is there when the setting tells of the app.
+void TellOf(tav::TextView app_id) {
+  const tav::Result<tav::AppInfo> app = tav::GetAppInfo(app_id);
+  if (app) {
+    std::cout << "installed: " << TextOf(app->app_title) << ", version " << TextOf(app->app_version)
+              << std::endl;
+  } else {
+    std::cout << "installed: " << (app_id ? app_id.view() : "nothing")
+              << ", which is not to be seen" << std::endl;
   }
-  const tav_app_info_s* begin() const { return m_apps.get(); }
-  const tav_app_info_s* end() const { return m_apps.get() + m_count; }
+}
 
- private:
-  std::unique_ptr<tav_app_info_s[], Free> m_apps;
-  int m_count = 0;
-};
-
-// Tells of installations from the main loop while it lives.
-class Watcher {
- public:
-  // most: the installations to wait for; below 0: without end.
-  explicit Watcher(long most) : m_left(most), m_loop(g_main_loop_new(nullptr, FALSE)) {
-    if (tav_register_installed_appid_changed_cb(OnInstalled, this) != 0) {
-      g_main_loop_unref(m_loop);
-      throw std::runtime_error("installations cannot be watched; the log says why");
-    }
-    m_interrupt = g_unix_signal_add(SIGINT, OnInterrupt, m_loop);
-  }
-  ~Watcher() {
-    g_source_remove(m_interrupt);
-    tav_unregister_installed_appid_changed_cb(OnInstalled);
-    g_main_loop_unref(m_loop);
-  }
-  Watcher(const Watcher&) = delete;
-  Watcher& operator=(const Watcher&) = delete;
-
-  void Run() { g_main_loop_run(m_loop); }
-
- private:
-  static void OnInstalled(const char* app_id, void* user_data) {
-    auto* const watcher = static_cast<Watcher*>(user_data);
-    tav_app_info_s app;
-    if (app_id != nullptr && tav_get_app_info(app_id, &app) == 0) {
-      std::cout << "installed: " << app.app_title << ", version " << app.app_version << std::endl;
-    } else {
-      std::cout << "installed: " << (app_id != nullptr ? app_id : "nothing")
-                << ", which is not to be seen" << std::endl;
-    }
-    if (watcher->m_left > 0 && --watcher->m_left == 0) g_main_loop_quit(watcher->m_loop);
-  }
-
-  static gboolean OnInterrupt(gpointer loop) {
-    g_main_loop_quit(static_cast<GMainLoop*>(loop));
-    return G_SOURCE_CONTINUE;
-  }
-
-  long m_left;
-  GMainLoop* m_loop;
-  guint m_interrupt = 0;
-};
+gboolean OnInterrupt(gpointer loop) {
+  g_main_loop_quit(static_cast<GMainLoop*>(loop));
+  return G_SOURCE_REMOVE;
+}
 
 }  // namespace
 
-int main(int argc, char** argv) try {
-  const long most = argc > 1 ? std::strtol(argv[1], nullptr, 10) : -1;
-  if (argc > 1 && most < 1) {
+int main(int argc, char** argv) {
+  long left = argc > 1 ? std::strtol(argv[1], nullptr, 10) : -1;  // below 0: without end
+  if (argc > 1 && left < 1) {
     std::cerr << "usage: " << argv[0] << " [COUNT]\n";
     return 2;
   }
-  if (get_size_of_tav_app_info_s() != sizeof(tav_app_info_s)) {
-    throw std::runtime_error("built against another version of the library");
-  }
-  Watcher watcher(most);
-  for (const tav_app_info_s& app : AppList()) {
-    std::cout << std::left << std::setw(40) << app.app_id << ' ' << app.app_title << ' '
-              << app.app_version << '\n';
+  if (!tav::HasSameLayouts()) return Fail("built against another version of the library");
+
+  // The calls come from the main context of the thread that watches.
+  const std::unique_ptr<GMainLoop, decltype(&g_main_loop_unref)> loop(
+      g_main_loop_new(nullptr, FALSE), g_main_loop_unref);
+  const auto watch = tav::WatchInstalledAppId([&](tav::TextView app_id) {
+    TellOf(app_id);
+    if (left > 0 && --left == 0) g_main_loop_quit(loop.get());
+  });
+  if (!watch) return Fail("installations cannot be watched; the log says why");
+  g_unix_signal_add(SIGINT, OnInterrupt, loop.get());
+
+  const auto apps = tav::GetAppList({}, tav::ViewMode::kTitle);
+  if (apps.status() == tav::Status::kBusy) return Fail("the database is busy");
+  if (!apps) return Fail("no list; the log says why");
+  for (const tav::AppInfo& app : *apps) {
+    std::cout << std::left << std::setw(40) << TextOf(app.app_id) << ' ' << TextOf(app.app_title)
+              << ' ' << TextOf(app.app_version) << '\n';
   }
   std::cout << "waiting for installations" << std::endl;
-  watcher.Run();
-} catch (const std::exception& error) {
-  std::cerr << error.what() << "\n";
-  return 1;
+  g_main_loop_run(loop.get());
 }
