@@ -20,7 +20,8 @@ namespace {
 
 constexpr char kFooter[] =
     R"(Looks at all that a call of the library needs: directories, database, guards, bus, service
-and settings. Changes nothing. A problem makes calls fail; a note is worth knowing.
+and settings. Changes nothing. A problem makes calls fail; a note, at most those that it
+names.
 
 Exit status: 0 no problem; 1 a problem was found.
 

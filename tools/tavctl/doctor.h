@@ -10,8 +10,8 @@
 
 enum class Health {
   kGood,
-  kNote,     // worth knowing; calls work
-  kProblem,  // some or all calls fail
+  kNote,     // worth knowing; at most the calls that it names fail
+  kProblem,  // calls fail
 };
 
 struct Finding {
@@ -33,7 +33,7 @@ void ExamineDatabase(Findings& findings);
 // What makes the library refuse its work, or leave out a part of it.
 void ExamineGuards(Findings& findings);
 
-// The system bus, the service on it and its heartbeat; 5 s at most for each.
+// The system bus, the service on it and its heartbeat; 10 s at most for each, as in the library.
 void ExamineBus(Findings& findings);
 
 // The settings that the service publishes.

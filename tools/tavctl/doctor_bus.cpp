@@ -5,6 +5,7 @@
 
 #include <chrono>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "device/handles.h"
@@ -20,13 +21,21 @@ constexpr char kHeartbeat[] = "heartbeat";
 constexpr char kBusName[] = "org.freedesktop.DBus";
 constexpr char kBusPath[] = "/org/freedesktop/DBus";
 
-constexpr int kTimeoutMsec = 5000;
+constexpr int kTimeoutMsec = 10000;  // the library's own
 
 using tav_device::ConnectionHandle;
 using tav_device::GErrorHandle;
 using tav_device::GTextHandle;
 using tav_device::GVariantHandle;
 using tav_device::LoopHandle;
+
+struct SourceDeleter {
+  void operator()(GSource* source) const {
+    g_source_destroy(source);
+    g_source_unref(source);
+  }
+};
+using GSourcePtr = std::unique_ptr<GSource, SourceDeleter>;
 
 std::string TextOf(const GErrorHandle& error) {
   g_dbus_error_strip_remote_error(error.get());
@@ -59,12 +68,14 @@ ConnectionHandle Connect(const char* address, std::string& failure) {
       static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
                                         G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION),
       nullptr, nullptr, Attempt::OnConnected, attempt.get());
-  g_timeout_add(kTimeoutMsec, Attempt::OnTimeout, attempt->loop.get());
+  const GSourcePtr limit(g_timeout_source_new(kTimeoutMsec));
+  g_source_set_callback(limit.get(), Attempt::OnTimeout, attempt->loop.get(), nullptr);
+  g_source_attach(limit.get(), nullptr);
   g_main_loop_run(attempt->loop.get());
   if (attempt->error != nullptr) {
     failure = TextOf(attempt->error);
   } else if (attempt->connection == nullptr) {
-    failure = "no answer within 5 s";
+    failure = "no answer within 10 s";
     static_cast<void>(attempt.release());  // GLib still works on it, until the process ends
     return nullptr;
   }
@@ -82,12 +93,14 @@ GVariantHandle Call(const ConnectionHandle& connection, const char* name, const 
   return reply;
 }
 
-// Whether one of the bus's own methods names the service.
-bool BusSays(const ConnectionHandle& connection, const char* method) {
+// Whether one of the bus's own methods names the service; nothing when the bus does not answer it.
+std::optional<bool> BusSays(const ConnectionHandle& connection, const char* method) {
   GErrorHandle ignored;
   const GVariantHandle reply =
       Call(connection, kBusName, kBusPath, kBusName, method, nullptr, ignored);
-  if (reply == nullptr || !g_variant_is_of_type(reply.get(), G_VARIANT_TYPE("(as)"))) return false;
+  if (reply == nullptr || !g_variant_is_of_type(reply.get(), G_VARIANT_TYPE("(as)"))) {
+    return std::nullopt;
+  }
   const GVariantHandle list(g_variant_get_child_value(reply.get(), 0));
   const std::unique_ptr<const char*, decltype(&g_free)> names(
       g_variant_get_strv(list.get(), nullptr), g_free);
@@ -95,11 +108,14 @@ bool BusSays(const ConnectionHandle& connection, const char* method) {
 }
 
 bool ExamineService(const ConnectionHandle& connection, Findings& findings) {
-  if (BusSays(connection, "ListNames")) {
+  const std::optional<bool> is_there = BusSays(connection, "ListNames");
+  if (is_there == true) {
     findings.push_back({Health::kGood, kService, tavcore::kServiceName, ""});
     return true;
   }
-  if (BusSays(connection, "ListActivatableNames")) {
+  if (!is_there) {
+    findings.push_back({Health::kProblem, kBus, "does not say who is on it", ""});
+  } else if (BusSays(connection, "ListActivatableNames") == true) {
     findings.push_back({Health::kNote, kService,
                         std::string(tavcore::kServiceName) +
                             " does not run; the bus starts it with the first request",
@@ -113,6 +129,16 @@ bool ExamineService(const ConnectionHandle& connection, Findings& findings) {
   return false;
 }
 
+// The service answered, though with an error: the library's requests go on after that.
+bool IsAnswer(const GErrorHandle& error) {
+  if (g_dbus_error_is_remote_error(error.get()) == FALSE) return false;
+  for (const int code : {G_DBUS_ERROR_NO_REPLY, G_DBUS_ERROR_TIMEOUT, G_DBUS_ERROR_SERVICE_UNKNOWN,
+                         G_DBUS_ERROR_NAME_HAS_NO_OWNER, G_DBUS_ERROR_DISCONNECTED}) {
+    if (g_error_matches(error.get(), G_DBUS_ERROR, code) != FALSE) return false;
+  }
+  return true;
+}
+
 void ExamineHeartbeat(const ConnectionHandle& connection, Findings& findings) {
   const auto start = std::chrono::steady_clock::now();
   GErrorHandle error;
@@ -123,9 +149,16 @@ void ExamineHeartbeat(const ConnectionHandle& connection, Findings& findings) {
   if (reply != nullptr) {
     findings.push_back({Health::kGood, kHeartbeat,
                         "answered within " + std::to_string(time.count() + 1) + " ms", ""});
+  } else if (g_error_matches(error.get(), G_DBUS_ERROR, G_DBUS_ERROR_ACCESS_DENIED) != FALSE) {
+    findings.push_back({Health::kProblem, kHeartbeat, TextOf(error),
+                        "the bus's policy must let this user send to the service"});
+  } else if (IsAnswer(error)) {
+    findings.push_back({Health::kNote, kHeartbeat,
+                        "answered with an error, after which requests go on: " + TextOf(error),
+                        ""});
   } else {
     findings.push_back({Health::kProblem, kHeartbeat, TextOf(error),
-                        "the service is there and does not work as it should: start it anew"});
+                        "the service is there and does not answer: start it anew"});
   }
 }
 

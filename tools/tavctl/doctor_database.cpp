@@ -82,10 +82,13 @@ bool Examination::AddError(const char* what) {
   if (error == SQLITE_BUSY) {
     Add(Health::kProblem, what, "another process has kept the database for more than a second",
         "wait until its writer is done; until then calls answer -2");
+  } else if (error == SQLITE_READONLY) {
+    Add(Health::kProblem, what, text,
+        "a writer left its journal behind, or a write-ahead log has no side files: have the service, "
+        "or somebody who may write there, open the database once");
   } else if (error == SQLITE_CANTOPEN) {
     Add(Health::kProblem, what, text,
-        "a database with a write-ahead log needs its side files, or a directory that may be "
-        "written");
+        "the side files of the write-ahead log must be readable as the database is");
   } else {
     Add(Health::kProblem, what, text, DatabaseAdvice());
   }
@@ -141,7 +144,7 @@ std::set<std::string> Examination::ColumnsOf(const char* table) {
 
 bool Examination::HasColumns() {
   const std::set<std::string> columns = ColumnsOf(tav_device::kAppsTable);
-  const bool has_configuration = !ColumnsOf(tav_device::kConfigTable).empty();
+  const std::set<std::string> configuration = ColumnsOf(tav_device::kConfigTable);
   std::string missing;
   for (const tav_device::Column& column : tav_device::kAppColumns) {
     if (columns.count(column.name) == 0) {
@@ -155,8 +158,12 @@ bool Examination::HasColumns() {
     Add(Health::kProblem, kTables,
         std::string(tav_device::kAppsTable) + " lacks the columns " + missing, DatabaseAdvice());
   }
+  const bool has_configuration =
+      configuration.count("name") > 0 && configuration.count("value") > 0;
   if (!has_configuration) {
-    Add(Health::kProblem, kTables, std::string("there is no table ") + tav_device::kConfigTable,
+    Add(Health::kProblem, kTables,
+        (configuration.empty() ? "there is no table " : "no column name or value in ") +
+            std::string(tav_device::kConfigTable),
         DatabaseAdvice());
   }
   return has_configuration && !columns.empty() && missing.empty();
@@ -181,7 +188,8 @@ bool Examination::Tables() {
 void ReadThroughLibrary(Findings& findings) {
   const tav::Result<tav::AppList> list = tav::GetAllAppList();
   if (list) {
-    findings.push_back({Health::kGood, kRead, std::to_string(list->size()) + " records", ""});
+    findings.push_back({list->empty() ? Health::kNote : Health::kGood, kRead,
+                        std::to_string(list->size()) + " records", ""});
   } else {
     const int result = static_cast<int>(list.status());
     findings.push_back({Health::kProblem, kRead,

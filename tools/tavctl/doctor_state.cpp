@@ -8,8 +8,10 @@
 
 #include <cerrno>
 #include <cstring>
+#include <filesystem>
 #include <memory>
 #include <string>
+#include <system_error>
 
 #include "doctor.h"
 #include "platform.h"
@@ -31,25 +33,50 @@ const char* DirectoryAdvice() {
                  : "";
 }
 
-void ExamineDirectory(int number, const char* what, const char* without, Findings& findings) {
-  const std::string path = PlatformDirectory(number);
-  if (path.empty()) {
-    findings.push_back({Health::kProblem, what, "the platform does not say where it is", ""});
-    return;
-  }
+// A directory below one that the platform names. Without it, calls fail, or only what `without`
+// says.
+struct Directory {
+  int number;
+  const char* below;
+  const char* what;
+  const char* without;  // null: nothing works
+  bool is_written;
+};
+
+constexpr Directory kDirectories[] = {
+    {kDatabaseDirectory, "", "database directory", nullptr, false},
+    {kDataDirectory, "/tavcore/common", "data directory", "no XML file can be written", true},
+    {kConfigurationDirectory, "", "configuration directory",
+     "no built-in app is left out for a small device", false},
+};
+
+// What is wrong with it, or an empty text.
+std::string Fault(const Directory& directory, const std::string& path) {
   struct stat status;
-  if (stat(path.c_str(), &status) != 0) {
-    const bool is_database = number == kDatabaseDirectory;
-    findings.push_back({is_database ? Health::kProblem : Health::kNote, what,
-                        path + ": " + std::strerror(errno) + without,
-                        is_database ? DirectoryAdvice() : ""});
+  if (stat(path.c_str(), &status) != 0) return path + ": " + std::strerror(errno);
+  if (!S_ISDIR(status.st_mode)) return path + " is not a directory";
+  if (!directory.is_written) return "";
+  if (access(path.c_str(), W_OK) != 0) return path + ": " + std::strerror(errno);
+  std::error_code ignored;
+  const auto real = std::filesystem::canonical(path, ignored);
+  return real != path ? path + " is behind a link" : "";
+}
+
+void ExamineDirectory(const Directory& directory, Findings& findings) {
+  const std::string path = PlatformDirectory(directory.number);
+  if (path.empty()) {
+    findings.push_back(
+        {Health::kProblem, directory.what, "the platform does not say where it is", ""});
     return;
   }
-  if (!S_ISDIR(status.st_mode)) {
-    findings.push_back({Health::kProblem, what, path + " is not a directory", DirectoryAdvice()});
-    return;
+  const std::string fault = Fault(directory, path + directory.below);
+  if (fault.empty()) {
+    findings.push_back({Health::kGood, directory.what, path + directory.below, ""});
+  } else if (directory.without == nullptr) {
+    findings.push_back({Health::kProblem, directory.what, fault, DirectoryAdvice()});
+  } else {
+    findings.push_back({Health::kNote, directory.what, fault + "; " + directory.without, ""});
   }
-  findings.push_back({Health::kGood, what, path, ""});
 }
 
 bool Exists(const char* path) {
@@ -90,10 +117,7 @@ std::string PlatformDirectory(int number) {
 }
 
 void ExamineDirectories(Findings& findings) {
-  ExamineDirectory(kDatabaseDirectory, "database directory", "", findings);
-  ExamineDirectory(kDataDirectory, "data directory", "; no XML file can be written", findings);
-  ExamineDirectory(kConfigurationDirectory, "configuration directory",
-                   "; no built-in app is left out for a small device", findings);
+  for (const Directory& directory : kDirectories) ExamineDirectory(directory, findings);
 }
 
 void ExamineGuards(Findings& findings) {
