@@ -34,7 +34,9 @@
  * so a call can wait for another one. What a function holds it for:
  *
  * "one statement": a busy database is polled every 10 ms, 100 times for the preparation and 100
- * times for each step, so about one second each before -2.
+ * times for each step, so about one second each before -2. When the database cannot be opened, or a
+ * statement cannot be prepared for another reason than a busy database, the whole file is examined
+ * as well, which takes the longer the larger it is.
  *
  * "one request": two round trips to the service of at most 10 s each, and more when the bus has to
  * be connected first; see @ref changes.
@@ -160,7 +162,8 @@ typedef enum tav_app_viewmode_e TAV_ENUM_INT {
   TAV_APP_VIEWMODE_CATALOGUE = 1, /**< by app_index, the lowest first */
   /**
    * Full records: the catalogue's order, with the downloaded apps at its end moved to the
-   * front, the last one first. Multi-screen records: by install date, the latest first.
+   * front, the last one first; of a page, which is cut out of the catalogue's order before, its
+   * own apps alone. Multi-screen records: by install date, the latest first.
    */
   TAV_APP_VIEWMODE_LAST_DOWNLOADED = 2,
   TAV_APP_VIEWMODE_TITLE = 3,            /**< by title, in capitals */
@@ -242,10 +245,12 @@ TAV_API int tav_get_app_info_by_tizenid(const char* tizen_id, tav_app_info_s* in
  * A list is one malloc block of records, *realCount of them, that the caller frees. What becomes
  * of the two when there is no list:
  *
- *     nothing matches              0; the pointer is untouched, *realCount 0
- *     refused, or a bad argument   the failure; both are untouched
- *     the count failed             the failure; the pointer is untouched, *realCount 0
- *     no memory, reading failed    the failure; the pointer is null, *realCount 0
+ *     nothing matches                     0; the pointer is untouched, *realCount 0
+ *     refused, or a bad argument          the failure; both are untouched
+ *     app_type without the bits 2 and 4   the failure; the pointer is untouched, *realCount 0
+ *     index is behind the last match      the failure; the pointer is untouched, *realCount 0
+ *     the count failed                    the failure; the pointer is untouched, *realCount 0
+ *     no memory, reading failed           the failure; the pointer is null, *realCount 0
  *
  * A caller that frees whatever the result sets the pointer to null before the call. Apps that the
  * service removes while a list is read leave zeroed records at its end.
@@ -277,7 +282,9 @@ TAV_API unsigned int get_size_of_tav_app_filter_s(void);
 TAV_API int tav_init_app_filter(tav_app_filter_s* filter);
 
 /**
- * A page of the visible apps that the filter lets through, in the order of the view mode.
+ * A page of the visible apps that the filter lets through, in the order of the view mode. With
+ * TAV_APP_VIEWMODE_LAST_DOWNLOADED the page is cut out of the catalogue's order, and only then its
+ * apps are put into the mode's order.
  * @param filter          which apps
  * @param viewMode        the order
  * @param index           the first app of the page, from 0; negative for no paging
@@ -615,12 +622,15 @@ TAV_API int tav_get_app_info_json(const char* app_id, char** json);
  * A list of apps as a JSON text: {"app_list": [{…}, …]}, every value a string.
  * @param app_control  says which, by its extra data: "built_in_app" "true" asks for the built-in
  *                     catalogue, with "test_app_only" "true" for its test apps alone; else
- *                     "all_app" "true" asks for all installed apps, or "app_featured" and
- *                     "view_mode", both decimal numbers, for those that a filter would let through
+ *                     "all_app" "true" asks for all installed apps, hidden ones included, in the
+ *                     database's order, or "app_featured" and "view_mode", both decimal numbers,
+ *                     for those that are not hidden and featured so, of every type. The view modes
+ *                     2 and 5 give the catalogue's order
  * @param[out] json    receives a new block of the text's length, which the caller frees, or null
  *                     when there is no app
- * @return 0, also with a part of the list when the database became busy; -1, with *json
- *         untouched, when the list is refused or memory ran out
+ * @return 0, also with a part of the list, or null, when the database became busy; -1, with *json
+ *         untouched, when an argument is null, app_featured has none of its bits, the list is
+ *         refused, the database cannot be used or memory ran out
  * @locks{one statement\, for the built-in catalogue two and one request}
  */
 TAV_API int tav_get_app_list_json(struct app_control_s* app_control, char** json);

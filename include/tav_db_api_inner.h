@@ -127,8 +127,9 @@ TAV_API int GetAppInfoByRuntitle(tav_app_info_s* info, const char* run_title);
 /// packages; then removes from the whole list the packages that are not offered on this device.
 /// @param[in,out] list  what the apps are appended to; untouched on a failure
 /// @param bTestOnly     whether to append only those that are test apps as well
-/// @return 0; -1 when the package manager recovers, memory ran out, or the catalogue is no JSON or
-///         not ok
+/// @return 0; -1 when the package manager recovers, memory ran out, the catalogue is missing, no
+///         JSON or not ok, or the database cannot be read or stays busy; with bTestOnly that is 0,
+///         and nothing is appended, when no test app is found, whatever else is wrong
 /// @locks{two statements and one request\, the last only while the service is ready}
 TAV_API int GetBuiltInAppList(std::vector<_APPS_INNER_INFO_T>& list, bool bTestOnly);
 
@@ -162,8 +163,9 @@ TAV_API bool GetBuiltInBlacklistSupport();
 /// @param runTitle    the run title
 /// @param[out] appId  the app's id; untouched when the list does not know the title, or is not
 ///                    there
-/// @param[out] state  0 when the app is installed, 1 when it is not, 3 when the list does not know
-///                    the title; untouched without a list
+/// @param[out] state  0 when the app is installed, 1 when it is not, or when reads are refused or
+///                    fail, 3 when the list does not know the title; untouched without a list, or
+///                    when the list cannot be read
 /// @locks{two statements}
 TAV_API void GetAppIDFromAndroidGroupList(const std::string& runTitle, std::string& appId,
                                           int& state);

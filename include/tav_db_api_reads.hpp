@@ -118,7 +118,8 @@ inline Result<AppInfo> GetAppInfoByRunTitle(TextView run_title) {
  * \brief A page of the visible apps that the filter lets through. Apps that the service removes
  * meanwhile leave zeroed records at its end.
  * \param filter Which apps.
- * \param mode The order.
+ * \param mode The order. With ViewMode::kLastDownloaded the page is cut out of the catalogue's
+ * order, and only then its apps are put into the mode's order.
  * \param page Which part of the list.
  * \return The list, empty when no app matches.
  * \see tav_get_app_list
