@@ -32,7 +32,7 @@ struct FreeBlock {
  * \brief The records of a list in the block that the library made of them: no record is copied.
  *
  * Moved, never copied; a list that was moved from is empty. A pointer into the list lives as long
- * as the list that owns the block.
+ * as the list that owns the block: data() and [] are not to be had from a temporary.
  *
  * \tparam Record AppInfo or MultiScreenApp.
  */
@@ -92,9 +92,9 @@ class List {
    * \brief The records, one after the other.
    * \return The first record, or null for an empty list.
    */
-  [[nodiscard]] Record* data() noexcept { return m_block.get(); }
+  [[nodiscard]] Record* data() & noexcept { return m_block.get(); }
   /** \copydoc data() */
-  [[nodiscard]] const Record* data() const noexcept { return m_block.get(); }
+  [[nodiscard]] const Record* data() const& noexcept { return m_block.get(); }
   /**
    * \brief Where a walk over the records begins.
    * \return The first record.
@@ -114,9 +114,9 @@ class List {
    * \param position A number below size().
    * \return The record.
    */
-  [[nodiscard]] Record& operator[](std::size_t position) noexcept { return data()[position]; }
+  [[nodiscard]] Record& operator[](std::size_t position) & noexcept { return data()[position]; }
   /** \copydoc operator[]() */
-  [[nodiscard]] const Record& operator[](std::size_t position) const noexcept {
+  [[nodiscard]] const Record& operator[](std::size_t position) const& noexcept {
     return data()[position];
   }
   /**
@@ -127,6 +127,12 @@ class List {
     m_size = 0;
     return m_block.release();
   }
+
+  /** \cond */
+  /* Looks into a list that is gone at the end of the line. */
+  const Record* data() const&& = delete;
+  const Record& operator[](std::size_t position) const&& = delete;
+  /** \endcond */
 
  private:
   std::unique_ptr<Record[], FreeBlock> m_block;

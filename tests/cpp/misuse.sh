@@ -41,6 +41,12 @@ std::string First() {
   for (const tav::AppInfo& app : tav::GetAppList().value()) return app.app_id;
   return tav::GetInstalledAppId().value().str();
 }
+std::string Second() {
+  tav::Result<tav::AppList> apps = tav::GetAppList();
+  for (tav::AppInfo& app : *apps) app.size = 0;
+  const tav::AppList list = std::move(apps).value();
+  return list.size() > 1 ? list[1].app_id : list.data()->app_title;
+}
 void Use(const std::string& id) {
   if (const auto app = tav::GetAppInfo(id)) (void)tav::SetAppLock(app->app_id, true);
   (void)tav::IsIspApp(tav::GetInstalledAppId().value());
@@ -55,6 +61,8 @@ refused 'unused-result|nodiscard' \
   <<<'void Drop() { tav::WatchFactoryResetType([](int) {}).value(); }'
 refused 'deleted' <<<'auto title = tav::TextOf(tav::GetAppInfo("a").value().app_title);'
 refused 'deleted' <<<'auto apps = *tav::GetAppList();'
+refused 'deleted' <<<'auto* first = tav::GetAppList().value().data();'
+refused 'deleted' <<<'auto& first = tav::GetAppList().value()[0];'
 refused 'deleted' <<<'auto key = tav::GetAppkey().value().view();'
 refused 'deleted' <<<'const char* key = tav::GetAppkey().value().c_str();'
 refused 'deleted' <<<'auto status = tav::SetAppLock("a", -1);'
