@@ -8,11 +8,14 @@
  * the calls must not happen at the same time on different threads. The calls come from the main
  * context of the thread that began to watch the setting, which somebody has to run, for example
  * with g_main_loop_run: that thread is the place for all three.
+ *
+ * Exceptions. The sources of a program that watch a setting share the function that calls their
+ * callables, and those with callables of one type share more: all of them are compiled alike, with
+ * exceptions or without.
  */
 #ifndef TAV_DB_API_WATCH_HPP_
 #define TAV_DB_API_WATCH_HPP_
 
-#include <cxxabi.h>
 #include <tav_db_api_values.hpp>
 
 #include <exception>
@@ -20,6 +23,11 @@
 #include <new>
 #include <type_traits>
 #include <utility>
+
+// GNU's standard library unwinds a cancelled thread with an exception.
+#if defined(__GLIBCXX__)
+#include <cxxabi.h>
+#endif
 
 namespace tav {
 
@@ -144,8 +152,10 @@ class Chain {
 #if defined(__cpp_exceptions)
       try {
         link->Call(value);
+#if defined(__GLIBCXX__)
       } catch (abi::__forced_unwind&) {
         throw;  // a cancelled thread
+#endif
       } catch (...) {
         if (thrown == nullptr) thrown = std::current_exception();
       }
