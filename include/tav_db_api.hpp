@@ -4,16 +4,29 @@
  * \brief The C interface of libtav_db_api as C++17 likes it: owned lists and texts, results,
  * enumerations, scoped callbacks. A layer of inline functions, without a logic of its own.
  *
- * \code
- * #include <iostream>
- * #include <tav_db_api.hpp>
+ * A list, in an order and for a filter:
  *
- * int main() {
- *   const tav::Filter some = {tav::Featured::kKind1 | tav::Featured::kKind4};
- *   const tav::Result<tav::AppList> apps = tav::GetAppList(some, tav::ViewMode::kTitle);
- *   if (!apps) return apps.status() == tav::Status::kBusy ? 3 : 1;
- *   for (const tav::AppInfo& app : *apps) std::cout << tav::TextOf(app.app_title) << "\n";
- * }
+ * \code{.cpp}
+ * const tav::Filter some = {tav::Featured::kKind1 | tav::Featured::kKind4};
+ * const tav::Result<tav::AppList> apps = tav::GetAppList(some, tav::ViewMode::kTitle);
+ * if (apps.status() == tav::Status::kBusy) std::cerr << "please ask again\n";
+ * for (const tav::AppInfo& app : *apps) std::cout << tav::TextOf(app.app_title) << "\n";
+ * \endcode
+ *
+ * An app as a JSON text:
+ *
+ * \code{.cpp}
+ * const tav::Result<tav::Text> json = tav::GetAppInfoJson("org.example.clock");
+ * if (json) std::cout << json->view() << "\n";
+ * \endcode
+ *
+ * A callable that is told of installations, for as long as the Watch lives:
+ *
+ * \code{.cpp}
+ * const tav::Result<tav::Watch> watch = tav::WatchInstalledAppId(
+ *     [](tav::TextView id) { std::cout << id.view() << " was installed\n"; });
+ * if (!watch) std::cerr << "it cannot be watched\n";
+ * // g_main_loop_run(loop);
  * \endcode
  *
  * Every call is that of the function of tav_db_api.h which its comment names, whose conventions
