@@ -11,7 +11,11 @@ install(FILES ${CMAKE_CURRENT_BINARY_DIR}/tav_db_api.pc
 set(TAV_CMAKE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/tav_db_api)
 write_basic_package_version_file(tav_db_api-config-version.cmake COMPATIBILITY SameMajorVersion)
 install(FILES ${CMAKE_CURRENT_LIST_DIR}/tav_db_api-config.cmake
-              ${CMAKE_CURRENT_LIST_DIR}/TavSandboxedTest.cmake
               ${CMAKE_CURRENT_BINARY_DIR}/tav_db_api-config-version.cmake
         DESTINATION ${TAV_CMAKE_DIR} COMPONENT dev)
+# A device has no sandboxes, and a library for one no tests in them.
+if(TAV_PLATFORM_CHOSEN STREQUAL "host")
+  install(FILES ${CMAKE_CURRENT_LIST_DIR}/TavSandboxedTest.cmake
+          DESTINATION ${TAV_CMAKE_DIR} COMPONENT dev)
+endif()
 install(EXPORT tav_db_api_targets NAMESPACE tav:: DESTINATION ${TAV_CMAKE_DIR} COMPONENT dev)
