@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: Apache-2.0
-# installed_manuals.sh CMAKE BUILD MANDIR DATADIR: installs the tools alone, and expects their manual
-# pages and the completions where people's shells and man look for them; then the library's page with
-# what its users need. The directories are those below the prefix.
+# installed_manuals.sh CMAKE BUILD MANDIR DATADIR: installs the tools alone, and expects their
+# manual pages and the completions where people's shells and man look for them; then the library's
+# page with what its users need. The directories are those below the prefix.
 set -euo pipefail
 
 prefix=$(mktemp -d)

@@ -44,7 +44,8 @@ expect_refusal() {
   mkdir -p "$PLACE/wrong"
   printf '%s\n' 'cmake_minimum_required(VERSION 3.25)' 'project(wrong LANGUAGES C)' \
     'find_package(tav_db_api REQUIRED)' 'set(CMAKE_FIND_USE_SYSTEM_ENVIRONMENT_PATH OFF)' \
-    'set(CMAKE_FIND_USE_CMAKE_SYSTEM_PATH OFF)' "tav_add_sandboxed_test($1)" >"$PLACE/wrong/CMakeLists.txt"
+    'set(CMAKE_FIND_USE_CMAKE_SYSTEM_PATH OFF)' "tav_add_sandboxed_test($1)" \
+    >"$PLACE/wrong/CMakeLists.txt"
   if configure "$PLACE/wrong" "$PLACE/build-wrong"; then
     echo "accepted: tav_add_sandboxed_test($1)"
     exit 1

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: Apache-2.0
-# complete_bash.sh FILE WORD…: what bash offers in the place of the last word, a line each. The first
-# word is the program; the file is its completion.
+# complete_bash.sh FILE WORD…: what bash offers in the place of the last word, a line each. The
+# first word is the program; the file is its completion.
 set -euo pipefail
 # shellcheck source=/dev/null
 . "$1"

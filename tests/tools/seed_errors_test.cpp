@@ -81,7 +81,8 @@ const WrongSeed kWrongSeeds[] = {
      ":1:31: apps[0].size: must be between -2147483648 and 2147483647, not -2147483649"},
     {"AnIntegerBeyondAnyMachinesRange",
      R"({"apps": [{"id": "a", "size": 123456789012345678901234567890}]})",
-     ":1:31: apps[0].size: must be between -2147483648 and 2147483647, not 123456789012345678901234567890"},
+     ":1:31: apps[0].size: must be between -2147483648 and 2147483647, "
+     "not 123456789012345678901234567890"},
     {"ASettingThatIsTooLarge", R"({"settings": {"db/a": 4294967296}})",
      ":1:23: settings.db/a: must be between -2147483648 and 2147483647, not 4294967296"},
     {"AnIdOfAnotherApp", "{\"apps\": [\n{\"id\": \"a\"},\n{\"id\": \"b\"},\n{\n\"id\": \"a\"}]}",

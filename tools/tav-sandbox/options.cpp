@@ -12,10 +12,10 @@ constexpr int kUsage = 2;
 
 constexpr tav_manual::Section kSections[] = {
     {"",
-     R"text(The command runs with TAV_DEVICE_ROOT and DBUS_SYSTEM_BUS_ADDRESS set: a device made from the
-seed, a bus of its own, and the reference service on it. All three are gone when it ends; so are
-bus and service, but not the directory under $TMPDIR or /tmp, when tav-sandbox itself is killed
-with SIGKILL. Without a command a shell runs. Any number of sandboxes may run at once.)text"},
+     R"text(The command runs with TAV_DEVICE_ROOT and DBUS_SYSTEM_BUS_ADDRESS set: a device made from
+the seed, a bus of its own, and the reference service on it. All three are gone when it ends; so
+are bus and service, but not the directory under $TMPDIR or /tmp, when tav-sandbox itself is
+killed with SIGKILL. Without a command a shell runs. Any number of sandboxes may run at once.)text"},
     {"Examples",
      R"text(  tav-sandbox -- tavctl list
   tav-sandbox --seed my-apps.json -- ./my-program --its-option
@@ -36,7 +36,8 @@ with SIGKILL. Without a command a shell runs. Any number of sandboxes may run at
      R"text(  SHELL   the shell that runs without a command; /bin/sh when it is not set
   TMPDIR  where the devices are made; /tmp when it is not set)text"},
     {"Files",
-     R"text(  share/tav_db_api/device.json  under the prefix, the default seed: some forty invented apps
+     R"text(  share/tav_db_api/device.json  under the prefix, the default seed: some forty invented
+                                apps
   /run/tav_ready                what the library looks for before it asks the service which
                                 built-in apps are being uninstalled)text",
      tav_manual::Shown::kOnThePage},
