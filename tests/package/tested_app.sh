@@ -66,6 +66,16 @@ expect_refusal 'NAME a COMMAND true' 'there is no tav-sandbox; it comes with'
 
 mv "$PLACE/tav-sandbox" "$PREFIX/bin/tav-sandbox"
 
+# What was built for a device comes without the function, and is found all the same.
+of_function=$(find "$PREFIX" -name TavSandboxedTest.cmake)
+mv "$of_function" "$PLACE/TavSandboxedTest.cmake"
+mkdir "$PLACE/for-device"
+printf '%s\n' 'cmake_minimum_required(VERSION 3.25)' 'project(for_device LANGUAGES C)' \
+  'find_package(tav_db_api REQUIRED)' 'if(COMMAND tav_add_sandboxed_test)' \
+  'message(FATAL_ERROR "the function is there")' 'endif()' >"$PLACE/for-device/CMakeLists.txt"
+configure "$PLACE/for-device" "$PLACE/build-for-device" || { cat "$PLACE/log"; exit 1; }
+mv "$PLACE/TavSandboxedTest.cmake" "$of_function"
+
 rmdir "$TMPDIR" # nothing stays of the sandboxes
 
 # Arguments arrive as they are; the time limit ends all that runs in the sandbox.
