@@ -41,7 +41,7 @@ constexpr char kNoPlatformId[] =
 constexpr char kAsksTheDatabase[] =
     "failed to get emanual id, or local set is NONE, id from emanual is NONE, so go to get the db "
     "emanual id";
-constexpr char kNoRecord[] = "query sql fail or have no required record in database(EMANUAL_ID)";
+constexpr char kNoManualId[] = "query sql fail or have no required record in database(EMANUAL_ID)";
 
 class Emanual : public ::testing::Test {
  protected:
@@ -153,16 +153,16 @@ TEST_F(Emanual, OfTheDatabaseMayBeAnyTextAndNoneAsWell) {
 TEST_F(Emanual, IsAFailureWhenTheDatabaseNamesNoneEither) {
   device.Configure("EMANUAL", "a").Configure("emanual_id", "b");
   EXPECT_EQ(Ask(), "-1 untouched");
-  EXPECT_TRUE(log.HasError(kNoRecord));
+  EXPECT_TRUE(log.HasError(kNoManualId));
 }
 
 TEST_F(Emanual, IsAFailureWithoutTheTableAndWithoutTheDatabase) {
   device.Sql("drop table TAVConfigTable");
   EXPECT_EQ(Ask(), "-1 untouched");
-  EXPECT_EQ(log.Count(kNoRecord), 1);
+  EXPECT_EQ(log.Count(kNoManualId), 1);
   std::filesystem::remove(device.DatabaseFile());
   EXPECT_EQ(Ask(), "-1 untouched");
-  EXPECT_EQ(log.Count(kNoRecord), 2);
+  EXPECT_EQ(log.Count(kNoManualId), 2);
 }
 
 TEST_F(Emanual, IsBusyWhileTheDatabaseIsKeptAndAnswersAfterwards) {
@@ -170,12 +170,12 @@ TEST_F(Emanual, IsBusyWhileTheDatabaseIsKeptAndAnswersAfterwards) {
   {
     const test::ExclusiveWriter writer(device.DatabaseFile(), std::chrono::seconds(30));
     EXPECT_EQ(Ask(), "-2 untouched");
-    EXPECT_EQ(log.Count(kNoRecord), 1);
+    EXPECT_EQ(log.Count(kNoManualId), 1);
   }
   EXPECT_EQ(Ask(), "0 org.example.manual");
   const test::ExclusiveWriter writer(device.DatabaseFile(), std::chrono::seconds(30));
   EXPECT_EQ(Ask(), "-2 untouched");
-  EXPECT_EQ(log.Count(kNoRecord), 2);
+  EXPECT_EQ(log.Count(kNoManualId), 2);
 }
 
 TEST_F(Emanual, RefusesANullPointerWithAMessageThatEndsWithoutABlank) {

@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <string>
 
+#include "api/log_texts.h"
 #include "support/device.h"
 #include "support/writer.h"
 #include "tav_db_api.h"
@@ -16,8 +17,7 @@
 namespace {
 
 using test::App;
-
-constexpr char kIsNull[] = "in param is NULL ";
+using test::kIsNull;
 
 // The result and what the call left in the caller's value: "0 text", "-1 untouched". Those
 // without such a value give the result alone.
@@ -116,7 +116,7 @@ const Member kMembers[] = {
      kRunTitleIsEmpty, "0 0", false, "0 1", "-2 1"},
 };
 
-std::string NameOf(const ::testing::TestParamInfo<Member>& member) {
+std::string NameOfMember(const ::testing::TestParamInfo<Member>& member) {
   return member.param.name;
 }
 
@@ -233,7 +233,7 @@ TEST_P(PropertyFamily, ReleasesTheLockOnEveryPath) {
   EXPECT_EQ(Ask("key"), Found("key"));
 }
 
-INSTANTIATE_TEST_SUITE_P(All, PropertyFamily, ::testing::ValuesIn(kMembers), NameOf);
+INSTANTIATE_TEST_SUITE_P(All, PropertyFamily, ::testing::ValuesIn(kMembers), NameOfMember);
 
 // ---- Those that test the state of the platform first ----
 
@@ -283,6 +283,7 @@ TEST_P(GuardedProperty, AsksForTheResetThenTheRecoveryThenNullThenEmpty) {
   EXPECT_FALSE(log.Has(GetParam().empty_complaint));
 }
 
-INSTANTIATE_TEST_SUITE_P(All, GuardedProperty, ::testing::ValuesIn(kMembers, kMembers + 7), NameOf);
+INSTANTIATE_TEST_SUITE_P(All, GuardedProperty, ::testing::ValuesIn(kMembers, kMembers + 7),
+                         NameOfMember);
 
 }  // namespace

@@ -5,26 +5,26 @@
 
 #include <string>
 
+#include "api/log_texts.h"
 #include "support/device.h"
 #include "tav_db_api.h"
 
 namespace {
 
 using test::App;
+using test::kNoRecord;
 
-constexpr char kNoRecord[] = "query sql fail or have no required record in database ";
-
-struct Property {
+struct NumberCall {
   const char* name;
   int (*ask)(const char* app_id);
   const char* column;
 };
 
-void PrintTo(const Property& property, std::ostream* out) {
+void PrintTo(const NumberCall& property, std::ostream* out) {
   *out << property.name;
 }
 
-class NumberProperty : public ::testing::TestWithParam<Property> {
+class NumberProperty : public ::testing::TestWithParam<NumberCall> {
  protected:
   static int Ask(const char* app_id) { return GetParam().ask(app_id); }
   void Reinstall(const test::Value& value) {
@@ -44,12 +44,12 @@ int RatingOrFailure(const char* app_id) {
   return result;
 }
 
-constexpr Property kIsp = {"Isp", tav_is_isp_app, "is_ispbound"};
-constexpr Property kHybrid = {"Hybrid", tav_is_hybrid_app, "is_hybrid_tv"};
-constexpr Property kUsb = {"Usb", tav_check_is_usb_app, "is_usb_app"};
-constexpr Property kRating = {"Rating", RatingOrFailure, "rating"};
+constexpr NumberCall kIsp = {"Isp", tav_is_isp_app, "is_ispbound"};
+constexpr NumberCall kHybrid = {"Hybrid", tav_is_hybrid_app, "is_hybrid_tv"};
+constexpr NumberCall kUsb = {"Usb", tav_check_is_usb_app, "is_usb_app"};
+constexpr NumberCall kRating = {"Rating", RatingOrFailure, "rating"};
 
-std::string NameOf(const ::testing::TestParamInfo<Property>& property) {
+std::string NameOfNumberCall(const ::testing::TestParamInfo<NumberCall>& property) {
   return property.param.name;
 }
 
@@ -84,7 +84,7 @@ TEST_P(NumberProperty, IsAFailureOverADatabaseWithoutItsColumn) {
 }
 
 INSTANTIATE_TEST_SUITE_P(All, NumberProperty, ::testing::Values(kIsp, kHybrid, kUsb, kRating),
-                         NameOf);
+                         NameOfNumberCall);
 
 // ---- The two flags ----
 
@@ -113,7 +113,7 @@ TEST_P(Flag, IsAFailureThatOnlyTheLogTellsFromAnUnknownAppWhenTheFlagIsClear) {
   EXPECT_TRUE(log.Has(kNoRecord));
 }
 
-INSTANTIATE_TEST_SUITE_P(All, Flag, ::testing::Values(kIsp, kHybrid), NameOf);
+INSTANTIATE_TEST_SUITE_P(All, Flag, ::testing::Values(kIsp, kHybrid), NameOfNumberCall);
 
 // ---- The USB mark and the rating ----
 
@@ -133,7 +133,7 @@ TEST_P(PlainNumber, IsZeroForNull) {
   EXPECT_FALSE(log.Has(kNoRecord));
 }
 
-INSTANTIATE_TEST_SUITE_P(All, PlainNumber, ::testing::Values(kUsb, kRating), NameOf);
+INSTANTIATE_TEST_SUITE_P(All, PlainNumber, ::testing::Values(kUsb, kRating), NameOfNumberCall);
 
 class NumberLog : public ::testing::Test {
  protected:

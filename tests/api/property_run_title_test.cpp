@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <string>
 
+#include "api/log_texts.h"
 #include "support/device.h"
 #include "support/writer.h"
 #include "tav_db_api.h"
@@ -16,9 +17,9 @@
 namespace {
 
 using test::App;
+using test::kIsNull;
+using test::kNoRecord;
 
-constexpr char kNoRecord[] = "query sql fail or have no required record in database ";
-constexpr char kIsNull[] = "in param is NULL ";
 constexpr char kIsEmpty[] = "runtitile is empty ";
 
 class RunTitle : public ::testing::Test {

@@ -15,13 +15,13 @@ namespace {
 using test::App;
 
 // A property, the column that it hands out, and the app that it is asked of.
-struct Property {
+struct TextCall {
   const char* name;
   int (*ask)(char** text);
   const char* column;
 };
 
-void PrintTo(const Property& property, std::ostream* out) {
+void PrintTo(const TextCall& property, std::ostream* out) {
   *out << property.name;
 }
 
@@ -47,7 +47,7 @@ int AppIdByRunTitle(char** text) {
   return tav_get_appid_by_runtitle("title", text);
 }
 
-constexpr Property kProperties[] = {
+constexpr TextCall kProperties[] = {
     {"PackageName", PackageName, "pkgname"},
     {"RunTitleByAitId", RunTitleByAitId, "run_title"},
     {"FoundApp", FoundApp, "run_title"},
@@ -65,7 +65,7 @@ void LeaveRubbishOnTheHeap() {
   for (char* block : blocks) std::free(block);
 }
 
-class TextProperty : public ::testing::TestWithParam<Property> {
+class TextProperty : public ::testing::TestWithParam<TextCall> {
  protected:
   static int Ask(char** text) { return GetParam().ask(text); }
   // All bytes of the block that is handed out, or the failure.

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "api/log_texts.h"
 #include "support/device.h"
 #include "support/writer.h"
 #include "tav_db_api.h"
@@ -15,9 +16,8 @@
 namespace {
 
 using test::App;
+using test::kIsNull;
 using Ids = std::vector<std::string>;
-
-constexpr char kIsNull[] = "in param is NULL ";
 
 struct Usage {
   const char* name;

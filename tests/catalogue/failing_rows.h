@@ -13,6 +13,9 @@ namespace test {
 inline constexpr char kAppRows[] = "select id,title,";
 inline constexpr char kConfigRows[] = "select value from ";
 
+// What a value's reader says when the database stays busy.
+inline constexpr char kBusyText[] = "Get DB fail:sql busy";
+
 inline constexpr int kAtPreparation = -1;
 
 // While it lives, statements that begin with this text fail with the result, for good: behind so

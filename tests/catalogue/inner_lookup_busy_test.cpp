@@ -16,9 +16,9 @@ using test::App;
 using test::FailingRows;
 using test::kAppRows;
 using test::kAtPreparation;
+using test::kBusyText;
 using test::MembersOf;
 
-constexpr char kBusyText[] = "Get DB fail:sql busy";
 constexpr char kRowIsRead[] = "set app_info success";
 
 class BusyInnerLookup : public ::testing::Test {

@@ -23,9 +23,8 @@ using test::InnerApp;
 using test::InnerApps;
 using test::kAppRows;
 using test::kAtPreparation;
+using test::kBusyText;
 using test::kConfigRows;
-
-constexpr char kBusyText[] = "Get DB fail:sql busy";
 
 class BusyGroupList : public ::testing::Test {
  protected:

@@ -18,12 +18,11 @@ namespace {
 
 using tav::Watch;
 using test::Ignore;
+using test::kReset;
 using test::Notify;
 using test::TakeWatchCalls;
 using test::Texts;
 using test::WatchCalls;
-
-constexpr char kReset[] = "db/tav/factory_reset";
 
 class CppWatchEnd : public test::Watching {
  protected:

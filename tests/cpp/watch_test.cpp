@@ -21,12 +21,12 @@ using tav::Status;
 using tav::TextView;
 using tav::Watch;
 using test::Ignore;
+using test::kReset;
 using test::Notify;
 using test::TakeWatchCalls;
 using test::Texts;
 using test::WatchCalls;
 
-constexpr char kReset[] = "db/tav/factory_reset";
 constexpr char kInstalled[] = "memory/tav/app_install";
 
 class CppWatch : public test::Watching {

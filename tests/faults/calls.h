@@ -26,6 +26,12 @@ struct Call {
   bool has_bus = false;
 };
 
+// How calls end that fill nothing, and those that fill a value.
+inline const Endings kFailure = {{-1, ""}};
+inline const Endings kBusy = {{-2, ""}};
+inline const Endings kNoValue = {{-1, kUntouched}};
+inline const Endings kBusyValue = {{-2, kUntouched}};
+
 using Calls = std::vector<Call>;
 
 Calls LookupCalls();

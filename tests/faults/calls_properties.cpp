@@ -5,15 +5,6 @@
 #include "faults/seeded_device.h"
 
 namespace test {
-namespace {
-
-const Endings kFailure = {{-1, ""}};
-const Endings kBusy = {{-2, ""}};
-const Endings kNoValue = {{-1, kUntouched}};
-const Endings kBusyValue = {{-2, kUntouched}};
-
-}  // namespace
-
 Calls PropertyCalls() {
   return {
       {"tav_is_isp_app", "", [] { return WithStatus([] { return tav_is_isp_app(kAppA); }); },

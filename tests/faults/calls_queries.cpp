@@ -20,9 +20,6 @@ const Endings kPartOfList = {{0, "a block, 3"}};
 const Endings kNoCount = {{-1, kUntouched}, {-1, "0"}};
 const Endings kBusyCount = {{-2, kUntouched}, {-2, "0"}};
 
-const Endings kFailure = {{-1, ""}};
-const Endings kBusy = {{-2, ""}};
-
 template <typename Find>
 Outcome Look(const Find& find) {
   return WithRecord(find);

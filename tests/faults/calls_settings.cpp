@@ -7,9 +7,6 @@
 namespace test {
 namespace {
 
-const Endings kFailure = {{-1, ""}};
-const Endings kNoValue = {{-1, kUntouched}};
-const Endings kBusyValue = {{-2, kUntouched}};
 const Endings kNotStored = {{-1, "not registered"}};
 
 template <int (*kGet)(int*)>

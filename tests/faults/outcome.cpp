@@ -9,7 +9,7 @@
 namespace test {
 namespace {
 
-thread_local int t_depth = 0;
+thread_local int t_library_depth = 0;
 
 constexpr std::size_t kTexts = offsetof(tav_app_info_s, size) / TAV_TEXT_SIZE;
 
@@ -48,15 +48,15 @@ bool IsOneOf(const Endings& endings, const Outcome& outcome, const Outcome& whol
 }
 
 bool IsInsideTheLibrary() {
-  return t_depth > 0;
+  return t_library_depth > 0;
 }
 
 InsideTheLibrary::InsideTheLibrary() {
-  ++t_depth;
+  ++t_library_depth;
 }
 
 InsideTheLibrary::~InsideTheLibrary() {
-  --t_depth;
+  --t_library_depth;
 }
 
 std::string StateOf(const tav_app_info_s& record) {

@@ -31,19 +31,19 @@ std::optional<Plan> g_plan;
 int g_calls_of_the_plan = 0;
 std::map<std::string, int> g_calls;
 bool g_is_counting = false;
-thread_local int t_depth = 0;
+thread_local int t_platform_depth = 0;
 
 class InThePlatform {
  public:
-  InThePlatform() { ++t_depth; }
-  ~InThePlatform() { --t_depth; }
+  InThePlatform() { ++t_platform_depth; }
+  ~InThePlatform() { --t_platform_depth; }
   InThePlatform(const InThePlatform&) = delete;
   InThePlatform& operator=(const InThePlatform&) = delete;
 };
 
 // What this call of the function ends with, if with a fault.
 std::optional<PlatformFault> FaultOf(const char* function) {
-  if (!IsInsideTheLibrary() || t_depth > 1) return std::nullopt;
+  if (!IsInsideTheLibrary() || t_platform_depth > 1) return std::nullopt;
   if (g_is_counting) ++g_calls[function];
   if (!g_plan || g_plan->function != function) return std::nullopt;
   ++g_calls_of_the_plan;
@@ -62,24 +62,24 @@ char* NobodysText() {
   return text;
 }
 
-constexpr int kFailure = -1;
+constexpr int kPlatformFailure = -1;
 constexpr int kNobodysNumber = 1;
 
 int FailedInt(PlatformFault fault, int* value) {
   if (fault == PlatformFault::kFailsAfterWriting) *value = kNobodysNumber;
-  return kFailure;
+  return kPlatformFailure;
 }
 
 int FailedText(PlatformFault fault, char** text) {
   if (fault == PlatformFault::kFailsAfterWriting) *text = NobodysText();
-  if (fault != PlatformFault::kGivesNull) return kFailure;
+  if (fault != PlatformFault::kGivesNull) return kPlatformFailure;
   *text = nullptr;
   return 0;
 }
 
 int FailedHandle(PlatformFault fault, void** handle) {
   if (fault == PlatformFault::kFailsAfterWriting) *handle = NobodysText();
-  return kFailure;
+  return kPlatformFailure;
 }
 
 }  // namespace
@@ -102,14 +102,14 @@ FailingPlatform::~FailingPlatform() {
 }
 
 bool IsInThePlatform() {
-  return t_depth > 0;
+  return t_platform_depth > 0;
 }
 
 extern "C" {
 
 int dlog_print(log_priority /*priority*/, const char* /*tag*/, const char* format, ...) {
   const InThePlatform here;
-  if (FaultOf(__func__)) return kFailure;
+  if (FaultOf(__func__)) return kPlatformFailure;
   char line[4096];
   va_list arguments;
   va_start(arguments, format);
@@ -132,13 +132,13 @@ char* vconf_get_str(const char* key) {
 
 int vconf_set_int(const char* key, const int value) {
   const InThePlatform here;
-  if (FaultOf(__func__)) return kFailure;
+  if (FaultOf(__func__)) return kPlatformFailure;
   return Real<decltype(vconf_set_int)>(__func__)(key, value);
 }
 
 int vconf_notify_key_changed(const char* key, vconf_callback_fn callback, void* data) {
   const InThePlatform here;
-  if (FaultOf(__func__)) return kFailure;
+  if (FaultOf(__func__)) return kPlatformFailure;
   return Real<decltype(vconf_notify_key_changed)>(__func__)(key, callback, data);
 }
 
@@ -146,7 +146,7 @@ int vconf_notify_key_changed(const char* key, vconf_callback_fn callback, void* 
 int vconf_ignore_key_changed(const char* key, vconf_callback_fn callback) {
   const InThePlatform here;
   const int result = Real<decltype(vconf_ignore_key_changed)>(__func__)(key, callback);
-  return FaultOf(__func__) ? kFailure : result;
+  return FaultOf(__func__) ? kPlatformFailure : result;
 }
 
 const char* tzplatform_getenv(enum tzplatform_variable id) {
@@ -198,7 +198,7 @@ int pkgmgrinfo_pkginfo_get_version(pkgmgrinfo_pkginfo_h handle, char** version) 
 int pkgmgrinfo_pkginfo_destroy_pkginfo(pkgmgrinfo_pkginfo_h handle) {
   const InThePlatform here;
   const int result = Real<decltype(pkgmgrinfo_pkginfo_destroy_pkginfo)>(__func__)(handle);
-  return FaultOf(__func__) ? kFailure : result;
+  return FaultOf(__func__) ? kPlatformFailure : result;
 }
 
 int pkgmgrinfo_appinfo_get_appinfo(const char* app, pkgmgrinfo_appinfo_h* handle) {
@@ -216,7 +216,7 @@ int pkgmgrinfo_appinfo_get_icon(pkgmgrinfo_appinfo_h handle, char** icon) {
 int pkgmgrinfo_appinfo_destroy_appinfo(pkgmgrinfo_appinfo_h handle) {
   const InThePlatform here;
   const int result = Real<decltype(pkgmgrinfo_appinfo_destroy_appinfo)>(__func__)(handle);
-  return FaultOf(__func__) ? kFailure : result;
+  return FaultOf(__func__) ? kPlatformFailure : result;
 }
 
 }  // extern "C"

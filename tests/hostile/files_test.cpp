@@ -14,8 +14,6 @@
 namespace hostile {
 namespace {
 
-const std::vector<std::string> kNone;
-
 class HostileFile : public HostileDatabase {
  protected:
   void Clear() {

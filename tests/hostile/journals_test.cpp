@@ -19,8 +19,6 @@
 namespace hostile {
 namespace {
 
-const std::vector<std::string> kNone;
-
 // The database and what lies beside it, by suffix.
 using Remains = std::map<std::string, std::string>;
 

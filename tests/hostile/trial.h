@@ -22,6 +22,9 @@ struct Outcome {
   std::vector<std::string> failed;  // the calls that did not succeed, or were not made
 };
 
+// No calls, where every one succeeds.
+inline const std::vector<std::string> kNone;
+
 class HostileDatabase : public ::testing::Test {
  protected:
   HostileDatabase();

@@ -23,6 +23,8 @@
 
 namespace test {
 
+inline constexpr char kReset[] = "db/tav/factory_reset";
+
 using Texts = std::vector<std::string>;
 
 // The lines of the library, each behind the letter of its priority: "E not registered cb (7)".
@@ -110,7 +112,7 @@ inline std::vector<WatchedSetting> WatchedSettings() {
   const std::vector<tav_int_changed_cb> ints = {nullptr, TellInt<1>, TellInt<2>, TellInt<3>};
   const std::vector<tav_text_changed_cb> texts = {nullptr, TellText<1>, TellText<2>, TellText<3>};
   return {
-      MakeWatchedSetting("FactoryReset", TAV_VCONF_KEY_FACTORY_RESET_TYPE, "db/tav/factory_reset",
+      MakeWatchedSetting("FactoryReset", TAV_VCONF_KEY_FACTORY_RESET_TYPE, kReset,
                          "factory_reset_type", tav_register_factory_reset_type_changed_cb,
                          tav_unregister_factory_reset_type_changed_cb, ints),
       MakeWatchedSetting("AppSync", TAV_VCONF_KEY_APPSYNC_START, "memory/tav/appsync",

@@ -13,7 +13,6 @@ using Clock = std::chrono::steady_clock;
 
 constexpr char kFailed[] = "org.freedesktop.DBus.Error.Failed";
 constexpr char kNoReply[] = "org.freedesktop.DBus.Error.NoReply";
-constexpr char kInvalidArguments[] = "org.freedesktop.DBus.Error.InvalidArgs";
 constexpr char kLock[] = "('org.example.clock', 1)";
 
 class SimFaults : public SimTest {};

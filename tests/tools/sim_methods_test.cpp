@@ -12,7 +12,6 @@ using testing::HasSubstr;
 constexpr char kAppChange[] = "memory/tav/app_change";
 constexpr char kPublished[] = "int\n1\n";
 constexpr char kDate[] = "[0-9]{4}-[0-9]{2}-[0-9]{2} [0-9]{2}:[0-9]{2}:[0-9]{2}";
-constexpr char kInvalidArguments[] = "org.freedesktop.DBus.Error.InvalidArgs";
 
 class SimMethods : public SimTest {};
 

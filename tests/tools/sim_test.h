@@ -20,6 +20,8 @@ namespace test {
 // The answer of a request as text: "(0,)", or the name of the D-Bus error.
 using Answer = std::string;
 
+inline constexpr char kInvalidArguments[] = "org.freedesktop.DBus.Error.InvalidArgs";
+
 class SimTest : public testing::Test {
  protected:
   static constexpr char kClock[] = "org.example.clock";

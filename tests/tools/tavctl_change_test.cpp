@@ -11,7 +11,7 @@ namespace {
 
 using testing::HasSubstr;
 
-constexpr char kSeed[] = R"({"apps": [
+constexpr char kChangedDevice[] = R"({"apps": [
   {"id": "clock", "title": "Clock", "reserved_tinyint_11": 1},
   {"id": "busy", "reserved_tinyint_10": 1},
   {"id": "needy", "reserved_string_10": "clock,busy", "reserved_tinyint_11": 1}]})";
@@ -20,7 +20,7 @@ class TavctlChange : public ProgramTest {
  protected:
   // Runs a shell script in a sandbox; $T is tavctl.
   Result InSandbox(const std::string& script, std::vector<std::string> options = {}) {
-    std::vector<std::string> arguments = {"--seed", Write("seed.json", kSeed)};
+    std::vector<std::string> arguments = {"--seed", Write("seed.json", kChangedDevice)};
     arguments.insert(arguments.end(), options.begin(), options.end());
     for (const std::string& word : {std::string("--"), std::string("/bin/sh"), std::string("-c"),
                                     "T='" TAVCTL "'; " + script}) {

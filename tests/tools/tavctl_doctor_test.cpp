@@ -18,7 +18,7 @@ using testing::HasSubstr;
 using testing::MatchesRegex;
 using testing::Not;
 
-constexpr char kSeed[] = R"({
+constexpr char kSoundDevice[] = R"({
   "apps": [{"id": "clock"}, {"id": "weather", "is_hidden": 1}],
   "settings": {"db/comss/appkey": "key", "db/comss/kestranaversion": "5.0",
                "db/tav/app_sync_status": 1, "db/tav/factory_reset": 0, "memory/tav/appsync": 1,
@@ -27,7 +27,7 @@ constexpr char kSeed[] = R"({
 
 class TavctlDoctor : public ProgramTest {
  protected:
-  TavctlDoctor() { MakeDevice(kSeed); }
+  TavctlDoctor() { MakeDevice(kSoundDevice); }
 
   // Runs it on the device with a bus that is not there; the prefix is what a shell puts before
   // the command.
@@ -50,7 +50,7 @@ class TavctlDoctor : public ProgramTest {
 
   // Runs a script in a sandbox with a service; $T is tavctl.
   Result InSandbox(const std::string& script, std::vector<std::string> options = {}) const {
-    std::vector<std::string> arguments = {"--seed", Write("seed.json", kSeed)};
+    std::vector<std::string> arguments = {"--seed", Write("seed.json", kSoundDevice)};
     arguments.insert(arguments.end(), options.begin(), options.end());
     for (const std::string& word : {std::string("--"), std::string("/bin/sh"), std::string("-c"),
                                     "T='" TAVCTL_WITH_MARKERS "'; " + script}) {

@@ -14,7 +14,7 @@ namespace {
 using testing::HasSubstr;
 using testing::MatchesRegex;
 
-constexpr char kSeed[] = R"({
+constexpr char kSetDevice[] = R"({
   "apps": [{"id": "clock", "title": "Clock"}],
   "settings": {"db/comss/appkey": "key \"1\"", "db/comss/kestranaversion": "5.0",
                "db/tav/app_sync_status": -3, "db/tav/factory_reset": 0, "memory/tav/appsync": 1,
@@ -22,7 +22,7 @@ constexpr char kSeed[] = R"({
 
 class TavctlSettings : public ProgramTest {
  protected:
-  TavctlSettings() { MakeDevice(kSeed); }
+  TavctlSettings() { MakeDevice(kSetDevice); }
 
   // Runs a script: $T is tavctl, `watching ARGUMENTS` starts tavctl watch in the background, its
   // output in the file changes, and returns when the watch has begun; `shown TEXT` returns when

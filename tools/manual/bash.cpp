@@ -5,6 +5,7 @@
 #include <map>
 #include <sstream>
 
+#include "manual/text.h"
 #include "manual/writers.h"
 
 namespace tav_manual {
@@ -18,16 +19,6 @@ struct Cases {
   std::vector<std::pair<std::string, std::string>> options;     // "tavctl list": its options
   std::vector<std::pair<std::string, std::string>> arguments;   // "tavctl watch 0": its set
 };
-
-std::string Joined(const std::vector<std::string>& words) {
-  std::string joined;
-  for (const std::string& word : words) joined += (joined.empty() ? "" : " ") + word;
-  return joined;
-}
-
-std::string Quoted(const std::string& text) {
-  return "'" + text + "'";
-}
 
 void Gather(const Command& command, Cases& cases) {
   std::string options;

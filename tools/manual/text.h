@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 //
-// The form of the texts that section.h tells of, taken apart.
+// The form of the texts that section.h tells of, taken apart; and texts for a shell.
 #ifndef TOOLS_MANUAL_TEXT_H_
 #define TOOLS_MANUAL_TEXT_H_
 
@@ -22,6 +22,11 @@ struct Block {
 };
 
 std::vector<Block> TakeApart(const std::string& text);
+
+// The words with a blank between two.
+std::string Joined(const std::vector<std::string>& words);
+// As a shell takes it for one word that stands for itself.
+std::string Quoted(const std::string& text);
 
 }  // namespace tav_manual
 

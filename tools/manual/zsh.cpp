@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <sstream>
 
+#include "manual/text.h"
 #include "manual/writers.h"
 
 namespace tav_manual {
@@ -16,14 +17,8 @@ std::string FunctionOf(const Command& command) {
   return name;
 }
 
-std::string Quoted(const std::string& text) {
-  std::string quoted = "'";
-  for (const char c : text) quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
-  return quoted + "'";
-}
-
 // Puts a backslash before what would end a part of an entry.
-std::string Escaped(const std::string& text) {
+std::string EscapedEntry(const std::string& text) {
   std::string escaped;
   for (const char c : text) {
     if (std::string_view("\\:[]").find(c) != std::string_view::npos) escaped += '\\';
@@ -32,16 +27,10 @@ std::string Escaped(const std::string& text) {
   return escaped;
 }
 
-std::string Joined(const std::vector<std::string>& words) {
-  std::string joined;
-  for (const std::string& word : words) joined += (joined.empty() ? "" : " ") + word;
-  return joined;
-}
-
 // What _arguments is told of a value: its name, and what it may be.
 std::string ValueOf(const std::string& name, const Option& option) {
   const std::string action = option.values.empty() ? " " : "(" + Joined(option.values) + ")";
-  return ":" + Escaped(name) + ":" + action;
+  return ":" + EscapedEntry(name) + ":" + action;
 }
 
 // Whether nothing else is looked at beside the option.
@@ -56,7 +45,7 @@ std::string OptionEntry(const Option& option) {
   std::string before;
   if (!others.empty()) before = "(" + Joined(others) + ")";
   if (option.is_repeatable) before += "*";
-  std::string after = "[" + Escaped(option.description) + "]";
+  std::string after = "[" + EscapedEntry(option.description) + "]";
   for (const std::string& argument : option.arguments) after += ValueOf(argument, option);
 
   std::string entries;
@@ -98,7 +87,7 @@ void WriteFunctions(const Command& command, std::ostream& out) {
       << "    command)\n"
       << "      local -a commands=(\n";
   for (const Command& below : command.commands) {
-    out << "        " << Quoted(below.name + ":" + Escaped(below.description)) << "\n";
+    out << "        " << Quoted(below.name + ":" + EscapedEntry(below.description)) << "\n";
   }
   out << "      )\n"
       << "      _describe -t commands command commands\n"

@@ -7,15 +7,15 @@
 
 #include "device/error.h"
 #include "device/schema.h"
+#include "names.h"
 
 namespace tavcore {
 namespace {
 
-constexpr char kDatabaseName[] = "/.tavcore.db";
 constexpr std::size_t kColumns = 71;  // the others are not part of a record
 constexpr char kFailed[] = "org.freedesktop.DBus.Error.Failed";
 
-constexpr char kIntrospection[] = R"xml(<node>
+constexpr char kBenchmarkIntrospection[] = R"xml(<node>
   <interface name="org.tizen.tv.tavcore.server.benchmark">
     <method name="app">
       <arg type="s" name="app" direction="in"/>
@@ -94,7 +94,7 @@ GVariant* Apps(sqlite3* database, GVariant* parameters) {
 }  // namespace
 
 const char* Benchmark::Introspection() {
-  return kIntrospection;
+  return kBenchmarkIntrospection;
 }
 
 sqlite3* Benchmark::Database() {

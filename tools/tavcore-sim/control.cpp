@@ -8,7 +8,7 @@
 namespace tavcore {
 namespace {
 
-constexpr char kIntrospection[] = R"xml(<node>
+constexpr char kControlIntrospection[] = R"xml(<node>
   <interface name="org.tizen.tv.tavcore.server.control">
     <method name="SetFault">
       <arg type="s" name="method" direction="in"/>
@@ -27,7 +27,7 @@ constexpr char kWrongArgument[] = "org.freedesktop.DBus.Error.InvalidArgs";
 }  // namespace
 
 const char* Control::Introspection() {
-  return kIntrospection;
+  return kControlIntrospection;
 }
 
 void Control::Answer(const char* method, GVariant* parameters,

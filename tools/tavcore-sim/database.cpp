@@ -10,11 +10,10 @@
 #include "device/error.h"
 #include "device/handles.h"
 #include "device/schema.h"
+#include "names.h"
 
 namespace tavcore {
 namespace {
-
-constexpr char kDatabaseName[] = "/.tavcore.db";
 
 // A transaction that is rolled back unless it is committed.
 class Transaction {

@@ -15,7 +15,7 @@ namespace {
 constexpr char kAppChangeKey[] = "memory/tav/app_change";
 constexpr char kUninstallingFile[] = "/tavcore/uninstalling.txt";  // under the data directory
 
-constexpr char kIntrospection[] = R"xml(<node>
+constexpr char kServiceIntrospection[] = R"xml(<node>
   <interface name="org.tizen.tv.tavcore.server.interface">
     <method name="heartbeat"/>
     <method name="set_app_lock">
@@ -97,7 +97,7 @@ Methods::Methods(AppDatabase database, int ticker_mode, std::optional<std::strin
     : m_database(database), m_ticker_mode(ticker_mode), m_uninstalling(std::move(uninstalling)) {}
 
 const char* Methods::Introspection() {
-  return kIntrospection;
+  return kServiceIntrospection;
 }
 
 const Methods::Method* Methods::Find(const std::string& method) {

@@ -17,7 +17,7 @@
 
 namespace {
 
-constexpr TableColumn kColumns[] = {
+constexpr TableColumn kBuiltinColumns[] = {
     {"ID", "app_id"},
     {"TITLE", "title", Shown::kText, 40},
     {"VERSION", "version"},
@@ -67,7 +67,7 @@ void RunBuiltIn(bool is_test_only, bool is_json) {
   if (is_json) {
     PrintJson(rows);
   } else {
-    PrintTable({std::begin(kColumns), std::end(kColumns)}, rows);
+    PrintTable({std::begin(kBuiltinColumns), std::end(kBuiltinColumns)}, rows);
   }
 }
 

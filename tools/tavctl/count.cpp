@@ -14,19 +14,19 @@
 
 namespace {
 
-constexpr char kFooter[] = R"(Hidden apps are not counted.
+constexpr char kCountFooter[] = R"(Hidden apps are not counted.
 
 Examples:
   tavctl count
   tavctl count --featured 1 --type 2
   tavctl count --json)";
 
-struct Options {
+struct CountOptions {
   tav::Filter filter;
   bool json = false;
 };
 
-void RunCount(const Options& options) {
+void RunCount(const CountOptions& options) {
   const tav::Result<int> count = tav::GetAppCount(options.filter);
   CheckResult(count.status(), "the filter is not valid");
   if (options.json) {
@@ -42,9 +42,9 @@ void RunCount(const Options& options) {
 
 void AddCountCommand(CLI::App& app) {
   CLI::App* command = app.add_subcommand("count", "Show how many apps there are");
-  const auto options = std::make_shared<Options>();
+  const auto options = std::make_shared<CountOptions>();
   AddFilterOptions(*command, options->filter);
   command->add_flag("--json", options->json, "Print one JSON object with the member count");
-  command->footer(kFooter);
+  command->footer(kCountFooter);
   command->callback([options] { RunCount(*options); });
 }

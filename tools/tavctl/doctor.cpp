@@ -18,7 +18,7 @@
 
 namespace {
 
-constexpr char kFooter[] =
+constexpr char kDoctorFooter[] =
     R"(Looks at all that a call of the library needs: directories, database, guards, bus, service
 and settings. Changes nothing. A problem makes calls fail; a note, at most those that it
 names.
@@ -96,6 +96,6 @@ void AddDoctorCommand(CLI::App& app) {
   CLI::App* command = app.add_subcommand("doctor", "Find out why calls fail");
   const auto is_json = std::make_shared<bool>(false);
   command->add_flag("--json", *is_json, "Print one JSON object");
-  command->footer(kFooter);
+  command->footer(kDoctorFooter);
   command->callback([is_json] { RunDoctor(*is_json); });
 }

@@ -14,7 +14,7 @@
 
 namespace {
 
-struct Options {
+struct ExportOptions {
   std::optional<int> featured;
   std::optional<int> view;
   bool is_all = false;
@@ -28,7 +28,7 @@ struct DestroyRequest {
 };
 using Request = std::unique_ptr<app_control_s, DestroyRequest>;
 
-constexpr char kFooter[] = R"(Examples:
+constexpr char kExportFooter[] = R"(Examples:
   tavctl export json --featured 65535 --view 3
   tavctl export json --all
   tavctl export json --built-in --test-only
@@ -41,7 +41,7 @@ void AddExtra(const Request& request, const char* key, const std::string& value)
   }
 }
 
-Request MakeRequest(const Options& options) {
+Request MakeRequest(const ExportOptions& options) {
   app_control_h created = nullptr;
   if (app_control_create(&created) != APP_CONTROL_ERROR_NONE) {
     throw CommandError(kRefused, "no request can be made");
@@ -61,7 +61,7 @@ void ExportApp(const std::string& id) {
   std::cout << json->view() << "\n";
 }
 
-void ExportList(const Options& options) {
+void ExportList(const ExportOptions& options) {
   const Request request = MakeRequest(options);
   const tav::Result<tav::Text> json = tav::GetAppListJson(request.get());
   CheckResult(json.status(), "the list cannot be exported");
@@ -80,9 +80,9 @@ void ExportXml() {
 void AddExportCommand(CLI::App& app) {
   CLI::App* command = app.add_subcommand("export", "Export the apps as JSON or XML");
   command->require_subcommand(1);
-  command->footer(kFooter);
+  command->footer(kExportFooter);
 
-  const auto options = std::make_shared<Options>();
+  const auto options = std::make_shared<ExportOptions>();
   CLI::App* json =
       command->add_subcommand("json", "Print the library's JSON text of a list or an app");
   auto* featured = json->add_option("--featured", options->featured,

@@ -31,7 +31,8 @@ constexpr Lookup kLookups[] = {
 constexpr const char* kFirstFields[] = {"app_title",    "app_id", "app_version",
                                         "app_runtitle", "type",   "is_lock"};
 
-constexpr char kFooter[] = R"(Fields are shown by their names in tav_app_info_s, the most asked-for
+constexpr char kInfoFooter[] =
+    R"(Fields are shown by their names in tav_app_info_s, the most asked-for
 first. Empty texts are left out; --json shows every field. Control characters
 in texts are written out, for example \n or \x1b.
 
@@ -40,13 +41,13 @@ Examples:
   tavctl info --by run-title HarbourNews
   tavctl info --json org.example.clock)";
 
-struct Options {
+struct InfoOptions {
   std::string id;
   std::string kind = kLookups[0].kind;
   bool json = false;
 };
 
-tav::Result<tav::AppInfo> Find(const Options& options) {
+tav::Result<tav::AppInfo> Find(const InfoOptions& options) {
   const auto* lookup = std::find_if(std::begin(kLookups), std::end(kLookups),
                                     [&](const Lookup& l) { return options.kind == l.kind; });
   tav::Result<tav::AppInfo> info = lookup->find(options.id);
@@ -83,7 +84,7 @@ void PrintReadable(const tav::AppInfo& info) {
   PrintAligned(lines);
 }
 
-void RunInfo(const Options& options) {
+void RunInfo(const InfoOptions& options) {
   const tav::Result<tav::AppInfo> info = Find(options);
   if (options.json) {
     PrintJson(ToJson(*info));
@@ -102,12 +103,12 @@ std::vector<std::string> LookupKinds() {
 
 void AddInfoCommand(CLI::App& app) {
   CLI::App* command = app.add_subcommand("info", "Show one app's record");
-  const auto options = std::make_shared<Options>();
+  const auto options = std::make_shared<InfoOptions>();
   command->add_option("ID", options->id, "The app's id; its Tizen id is found as well")->required();
   command->add_option("--by", options->kind, "What ID is: id (the default), tizen-id or run-title")
       ->option_text("KIND")
       ->check(CLI::IsMember(LookupKinds()));
   command->add_flag("--json", options->json, "Print one JSON object with all fields");
-  command->footer(kFooter);
+  command->footer(kInfoFooter);
   command->callback([options] { RunInfo(*options); });
 }

@@ -58,7 +58,7 @@ constexpr TableColumn kMultiScreenColumns[] = {
 constexpr char kUnreadable[] = "the list cannot be read";
 constexpr char kRefusedPage[] = "the filter is not valid, or the offset is past the last app";
 
-constexpr char kFooter[] =
+constexpr char kListFooter[] =
     R"(VIEW is most-used, catalogue, last-downloaded, title, title-desc or recent, or
 the number 0 to 5 that stands for it. With last-downloaded, --offset and --limit
 cut the catalogue first, and what is left is put in order; with --multi-screen
@@ -81,7 +81,7 @@ Examples:
   tavctl list --recent 3
   tavctl list --key is_usb_app)";
 
-struct Options {
+struct ListOptions {
   tav::Filter filter;
   tav::ViewMode view = tav::ViewMode::kCatalogue;
   tav::Page page;
@@ -117,14 +117,14 @@ Json::Value Rows(const tav::Result<tav::List<Record>>& list, const char* refusal
   return rows;
 }
 
-Json::Value ReadInfos(const Options& options) {
+Json::Value ReadInfos(const ListOptions& options) {
   if (options.all) return Rows(tav::GetAllAppList(), kUnreadable);
   if (options.recent) return Rows(tav::GetRecentlyUsedAppList(*options.recent), kUnreadable);
   if (options.key) return Rows(tav::GetKeyList(*options.key, options.page.count), kUnreadable);
   return Rows(tav::GetAppList(options.filter, options.view, options.page), kRefusedPage);
 }
 
-Listing InfoListing(const Options& options) {
+Listing InfoListing(const ListOptions& options) {
   Listing listing;
   listing.rows = ReadInfos(options);
   listing.columns.assign(std::begin(kInfoColumns), std::end(kInfoColumns));
@@ -133,7 +133,7 @@ Listing InfoListing(const Options& options) {
   return listing;
 }
 
-Listing MultiScreenListing(const Options& options) {
+Listing MultiScreenListing(const ListOptions& options) {
   Listing listing;
   listing.rows = Rows(tav::GetAppListMs(options.filter, options.view, options.page), kRefusedPage);
   listing.columns.assign(std::begin(kMultiScreenColumns), std::end(kMultiScreenColumns));
@@ -141,7 +141,7 @@ Listing MultiScreenListing(const Options& options) {
   return listing;
 }
 
-void RunList(const Options& options) {
+void RunList(const ListOptions& options) {
   const Listing listing = options.multi_screen ? MultiScreenListing(options) : InfoListing(options);
   if (options.json) {
     PrintJson(listing.rows);
@@ -187,7 +187,7 @@ void Exclude(CLI::Option* option, const std::vector<CLI::Option*>& others) {
   for (CLI::Option* other : others) option->excludes(other);
 }
 
-void AddSelection(CLI::App& command, Options& options) {
+void AddSelection(CLI::App& command, ListOptions& options) {
   const CLI::Range from_zero(0, std::numeric_limits<int>::max());
   std::vector<CLI::Option*> paged = AddFilterOptions(command, options.filter);
   paged.push_back(command.add_option("--view", options.view, "The order (default: catalogue)")
@@ -227,12 +227,12 @@ void AddSelection(CLI::App& command, Options& options) {
 
 void AddListCommand(CLI::App& app) {
   CLI::App* command = app.add_subcommand("list", "List the apps");
-  const auto options = std::make_shared<Options>();
+  const auto options = std::make_shared<ListOptions>();
   AddSelection(*command, *options);
   CLI::Option* json =
       command->add_flag("--json", options->json, "Print a JSON array of objects with all fields");
   command->add_flag("--csv", options->csv, "Print comma-separated values with all fields")
       ->excludes(json);
-  command->footer(kFooter);
+  command->footer(kListFooter);
   command->callback([options] { RunList(*options); });
 }

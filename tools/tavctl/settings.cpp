@@ -19,7 +19,7 @@
 
 namespace {
 
-constexpr TableColumn kColumns[] = {{"KEY", "key"}, {"TYPE", "type"}, {"VALUE", "value"}};
+constexpr TableColumn kSettingColumns[] = {{"KEY", "key"}, {"TYPE", "type"}, {"VALUE", "value"}};
 constexpr char kUnset[] = "(unset)";
 
 constexpr char kSetFooter[] =
@@ -52,7 +52,7 @@ void RunSettings(bool is_json) {
   if (is_json) {
     PrintJson(rows);
   } else {
-    PrintTable({std::begin(kColumns), std::end(kColumns)}, rows);
+    PrintTable({std::begin(kSettingColumns), std::end(kSettingColumns)}, rows);
   }
 }
 

@@ -17,7 +17,7 @@
 
 namespace {
 
-struct Options {
+struct PropertyOptions {
   std::optional<std::string> id;
   std::vector<std::string> names;
   std::optional<std::string> native_id;
@@ -144,7 +144,7 @@ const char* Needed(Key key) {
   }
 }
 
-Keys FindKeys(const Options& options) {
+Keys FindKeys(const PropertyOptions& options) {
   Keys keys;
   if (options.id) {
     const tav::Result<tav::AppInfo> info = tav::GetAppInfo(*options.id);
@@ -160,13 +160,13 @@ Keys FindKeys(const Options& options) {
   return keys;
 }
 
-bool IsNamed(const Property& property, const Options& options) {
+bool IsNamed(const Property& property, const PropertyOptions& options) {
   return std::find(options.names.begin(), options.names.end(), property.name) !=
          options.names.end();
 }
 
 // All properties, or those that were named. A named one has to have an answer.
-std::vector<const Property*> Selected(const Options& options) {
+std::vector<const Property*> Selected(const PropertyOptions& options) {
   std::vector<const Property*> selected;
   for (const Property& property : kProperties) {
     if (options.names.empty() || IsNamed(property, options)) selected.push_back(&property);
@@ -179,7 +179,7 @@ std::string Readable(const Json::Value& answer) {
   return answer.isBool() ? YesOrNo(answer.asBool()) : Printable(answer.asString());
 }
 
-void RunShowProperty(const Options& options) {
+void RunShowProperty(const PropertyOptions& options) {
   if (!options.id && options.names.empty()) throw CLI::RequiredError("ID or --property");
   const Keys keys = FindKeys(options);
   Json::Value answers(Json::objectValue);
@@ -235,7 +235,7 @@ Examples:
 
 void AddShowPropertyCommand(CLI::App& app) {
   CLI::App* command = app.add_subcommand("show-property", "Show single properties of an app");
-  const auto options = std::make_shared<Options>();
+  const auto options = std::make_shared<PropertyOptions>();
   command->add_option("ID", options->id, "The app's id; its Tizen id is found as well");
   command->add_option("--property", options->names, "Show this property alone; may be repeated")
       ->option_text("NAME")

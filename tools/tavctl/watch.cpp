@@ -23,7 +23,7 @@
 
 namespace {
 
-constexpr char kFooter[] =
+constexpr char kWatchFooter[] =
     R"(Without a KEY, everything that the service publishes is watched. Says on standard error
 when the watch has begun, and ends with Ctrl-C. Changes in quick succession may be
 shown as one, which has the last value.
@@ -163,13 +163,13 @@ void Watch::Tell(const std::string& key, const Json::Value& value) {
   if (m_changes_left == 0 || !std::cout) g_main_loop_quit(m_loop.get());
 }
 
-struct Options {
+struct WatchOptions {
   std::vector<std::string> keys;
   bool is_json = false;
   int count = kEndless;
 };
 
-void RunWatch(const Options& options) {
+void RunWatch(const WatchOptions& options) {
   Watch watch(options.is_json, options.count);
   for (const std::string& key : options.keys) watch.Begin(key);
   if (options.keys.empty()) {
@@ -183,13 +183,13 @@ void RunWatch(const Options& options) {
 
 void AddWatchCommand(CLI::App& app) {
   CLI::App* command = app.add_subcommand("watch", "Show the changes of settings as they come");
-  const auto options = std::make_shared<Options>();
+  const auto options = std::make_shared<WatchOptions>();
   command->add_option("KEY", options->keys, "The keys of the settings to watch")
       ->check(tav_manual::Known(PublishedKeys()));
   command->add_flag("--json", options->is_json, "Print one JSON object a line");
   command->add_option("--count", options->count, "End after so many changes")
       ->check(CheckWholeNumber)
       ->check(CLI::Range(1, std::numeric_limits<int>::max()).description(""));
-  command->footer(kFooter);
+  command->footer(kWatchFooter);
   command->callback([options] { RunWatch(*options); });
 }
