@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: Apache-2.0
-# installed_examples.sh CMAKE BUILD EXAMPLES CC CXX [FLAG…]: builds the examples against the
+# installed_examples.sh CMAKE BUILD EXAMPLES CC CXX: builds the examples against the
 # installed library, runs each in a device, and compares what they say of an installation.
 # shellcheck source=tests/package/installed.lib.sh
 . "$(dirname "${BASH_SOURCE[0]}")/installed.lib.sh"
@@ -8,9 +8,8 @@
 cmake=$1
 install_and_make_device "$1" "$2"
 sources=$3 cc=$4 cxx=$5
-shift 5
 "$cmake" -S "$sources" -B "$PLACE/build" -DCMAKE_PREFIX_PATH="$PREFIX" -DCMAKE_C_COMPILER="$cc" \
-  -DCMAKE_CXX_COMPILER="$cxx" -DCMAKE_C_FLAGS="-Werror $*" -DCMAKE_CXX_FLAGS="-Werror $*" \
+  -DCMAKE_CXX_COMPILER="$cxx" -DCMAKE_C_FLAGS=-Werror -DCMAKE_CXX_FLAGS=-Werror \
   >"$PLACE/configure.log"
 "$cmake" --build "$PLACE/build" >>"$PLACE/configure.log"
 

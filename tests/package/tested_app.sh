@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: Apache-2.0
-# tested_app.sh CMAKE BUILD EXAMPLE CC [FLAG…]: builds an application against the installed library
+# tested_app.sh CMAKE BUILD EXAMPLE CC: builds an application against the installed library
 # and runs its tests, each in a device of its own; and sees what the function that adds such tests
 # makes of wrong arguments.
 # shellcheck source=tests/package/installed.lib.sh
@@ -10,16 +10,14 @@ cmake=$1
 install_and_make_device "$1" "$2"
 unset TAV_DEVICE_ROOT # a test outside a sandbox would find no device
 example=$3 cc=$4
-shift 4
 export TMPDIR=$PLACE/tmp
 mkdir "$TMPDIR"
 
 # configure SOURCES DIRECTORY: what is said goes to $PLACE/log.
 configure() {
   "$cmake" -S "$1" -B "$2" -DCMAKE_PREFIX_PATH="$PREFIX" -DCMAKE_C_COMPILER="$cc" \
-    -DCMAKE_C_FLAGS="-Werror $flags" >"$PLACE/log" 2>&1
+    -DCMAKE_C_FLAGS=-Werror >"$PLACE/log" 2>&1
 }
-flags=$*
 
 configure "$example" "$PLACE/build" || { cat "$PLACE/log"; exit 1; }
 "$cmake" --build "$PLACE/build" >"$PLACE/log" 2>&1 || { cat "$PLACE/log"; exit 1; }
