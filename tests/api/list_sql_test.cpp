@@ -88,13 +88,13 @@ TEST_F(ListStatements, HaveNoPageForANegativeIndexWhateverTheCount) {
 
 TEST_F(ListStatements, OrderByTheTextOfTheViewMode) {
   const std::vector<int> values = {1, 3, 0, 0};
-  struct Order {
+  struct Clauses {
     int mode;
     const char* full;
     const char* multi_screen;
   };
   constexpr char kIndex[] = " order by app_index asc ";
-  const Order orders[] = {
+  const Clauses orders[] = {
       {0, " order by use_count desc ", " order by use_count desc "},
       {1, kIndex, kIndex},
       {2, kIndex, " order by install_date desc "},
@@ -105,7 +105,7 @@ TEST_F(ListStatements, OrderByTheTextOfTheViewMode) {
       {6, kIndex, kIndex},
       {100, kIndex, kIndex},
   };
-  for (const Order& order : orders) {
+  for (const Clauses& order : orders) {
     EXPECT_EQ(SentForFullList(EveryApp(), order.mode, -1, 0),
               Pair(kSelectApps, kUnfiltered, values, order.full))
         << order.mode;

@@ -63,7 +63,7 @@ std::pair<Ids, std::size_t> Listed(const Extras& extras) {
 std::pair<Ids, std::size_t> Full(const Ids& ids) {
   return {ids, 60};
 }
-std::pair<Ids, std::size_t> BuiltIn(const Ids& ids) {
+std::pair<Ids, std::size_t> OfTheCatalogue(const Ids& ids) {
   return {ids, 8};
 }
 
@@ -116,15 +116,16 @@ TEST_F(AppsAsJson, HaveTheSourceOfTheirColumn) {
 
 TEST_F(AppsAsJson, AreTheBuiltInAppsWhateverElseIsAskedFor) {
   InstallThree();
-  EXPECT_EQ(Listed({{"built_in_app", "true"}}), BuiltIn({"built-in", "tested"}));
+  EXPECT_EQ(Listed({{"built_in_app", "true"}}), OfTheCatalogue({"built-in", "tested"}));
   EXPECT_EQ(Listed({{"built_in_app", "true"}, {"all_app", "true"}, {"app_featured", "1"}}),
-            BuiltIn({"built-in", "tested"}));
+            OfTheCatalogue({"built-in", "tested"}));
 }
 
 TEST_F(AppsAsJson, AreTheTestAppsAmongTheBuiltInOnesAlone) {
   InstallThree();
   device.Configure("RESERVED_16", "tested,1,type,tag");
-  EXPECT_EQ(Listed({{"built_in_app", "true"}, {"test_app_only", "true"}}), BuiltIn({"tested"}));
+  EXPECT_EQ(Listed({{"built_in_app", "true"}, {"test_app_only", "true"}}),
+            OfTheCatalogue({"tested"}));
   EXPECT_EQ(Listed({{"all_app", "true"}, {"test_app_only", "true"}}), Full({"b", "a", "hidden"}));
 }
 
@@ -135,7 +136,7 @@ TEST_F(AppsAsJson, AreSwitchedByTheExactTextAlone) {
     EXPECT_EQ(Listed({{"built_in_app", value}, {"app_featured", "1"}}), Full({"b"})) << value;
     EXPECT_EQ(Listed({{"all_app", value}, {"app_featured", "1"}}), Full({"b"})) << value;
     EXPECT_EQ(Listed({{"built_in_app", "true"}, {"test_app_only", value}}),
-              BuiltIn({"built-in", "tested"}))
+              OfTheCatalogue({"built-in", "tested"}))
         << value;
   }
 }
@@ -167,7 +168,7 @@ TEST_F(AppsAsJson, ReadTheFiveKeysOfTheRequestInTheirOrderBeforeAnythingElse) {
 TEST_F(AppsAsJson, AreTheBuiltInAppsAlsoDuringAFactoryReset) {
   InstallThree();
   device.FactoryReset(1);
-  EXPECT_EQ(Listed({{"built_in_app", "true"}}), BuiltIn({"built-in", "tested"}));
+  EXPECT_EQ(Listed({{"built_in_app", "true"}}), OfTheCatalogue({"built-in", "tested"}));
   EXPECT_EQ(ListJson({{"app_featured", "1"}}), kFails);
 }
 
@@ -207,7 +208,7 @@ TEST_F(AppsAsJson, FailWhenTheirStatementCannotBePrepared) {
   InstallThree();
   device.Sql("alter table widgetinfo rename to aside");
   EXPECT_EQ(ListJson({{"all_app", "true"}}), kFails);
-  EXPECT_EQ(Listed({{"built_in_app", "true"}}), BuiltIn({"built-in", "tested"}));
+  EXPECT_EQ(Listed({{"built_in_app", "true"}}), OfTheCatalogue({"built-in", "tested"}));
 }
 
 TEST_F(AppsAsJson, AreNothingAndASuccessWhenTheirTableGoesUnderTheOpenDatabase) {
