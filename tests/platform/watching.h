@@ -15,8 +15,8 @@
 
 #include "device.h"
 
-constexpr char kKey[] = "memory/tav/watched";
-constexpr char kFile[] = "vconf/memory/tav/watched";
+constexpr char kWatchedKey[] = "memory/tav/watched";
+constexpr char kWatchedFile[] = "vconf/memory/tav/watched";
 
 using Calls = std::vector<std::string>;  // "key=5" or "key='text'"
 
