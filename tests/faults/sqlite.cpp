@@ -29,19 +29,19 @@ std::optional<SqliteCall> g_counted;
 std::set<sqlite3_stmt*> g_statements;
 std::set<sqlite3*> g_databases;
 // SQLite calls itself while it opens and prepares; those calls are its own.
-thread_local int t_sqlite_depth = 0;
+thread_local int t_depth = 0;
 
 class InSqlite {
  public:
-  InSqlite() { ++t_sqlite_depth; }
-  ~InSqlite() { --t_sqlite_depth; }
+  InSqlite() { ++t_depth; }
+  ~InSqlite() { --t_depth; }
   InSqlite(const InSqlite&) = delete;
   InSqlite& operator=(const InSqlite&) = delete;
 };
 
 // What a call of this kind is to end with, if not with SQLite's own result.
 std::optional<int> ResultOf(SqliteCall kind) {
-  if (!IsInsideTheLibrary() || t_sqlite_depth > 1) return std::nullopt;
+  if (!IsInsideTheLibrary() || t_depth > 1) return std::nullopt;
   if (g_counted == kind) ++g_calls;
   if (!g_plan || g_plan->kind != kind) return std::nullopt;
   ++g_calls;
@@ -93,14 +93,13 @@ extern "C" {
 int sqlite3_open_v2(const char* file, sqlite3** database, int flags, const char* vfs) {
   const InSqlite here;
   const int opened = Real<decltype(sqlite3_open_v2)>(__func__)(file, database, flags, vfs);
-  if (IsInsideTheLibrary() && t_sqlite_depth == 1 && *database != nullptr)
-    g_databases.insert(*database);
+  if (IsInsideTheLibrary() && t_depth == 1 && *database != nullptr) g_databases.insert(*database);
   return ResultOf(SqliteCall::kOpen).value_or(opened);
 }
 
 int sqlite3_close(sqlite3* database) {
   const InSqlite here;
-  if (t_sqlite_depth == 1) g_databases.erase(database);
+  if (t_depth == 1) g_databases.erase(database);
   return Real<decltype(sqlite3_close)>(__func__)(database);
 }
 
@@ -113,7 +112,7 @@ int sqlite3_prepare_v2(sqlite3* database, const char* sql, int length, sqlite3_s
   }
   const int result =
       Real<decltype(sqlite3_prepare_v2)>(__func__)(database, sql, length, statement, tail);
-  if (IsInsideTheLibrary() && t_sqlite_depth == 1 && *statement != nullptr) {
+  if (IsInsideTheLibrary() && t_depth == 1 && *statement != nullptr) {
     g_statements.insert(*statement);
   }
   return result;
@@ -127,7 +126,7 @@ int sqlite3_step(sqlite3_stmt* statement) {
 
 int sqlite3_finalize(sqlite3_stmt* statement) {
   const InSqlite here;
-  if (t_sqlite_depth == 1) g_statements.erase(statement);
+  if (t_depth == 1) g_statements.erase(statement);
   return Real<decltype(sqlite3_finalize)>(__func__)(statement);
 }
 
