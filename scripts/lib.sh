@@ -30,12 +30,12 @@ need() {
     apt-get install -y -q --no-install-recommends "${missing[@]}"
 }
 
-# use_ccache: what was compiled once is not compiled again, in another clone or for another
-# directory of a build neither.
+# use_ccache: what was compiled once is not compiled again: not in another clone, not in another
+# build directory, and not in the locale that rpmbuild sets.
 use_ccache() {
   command -v ccache >/dev/null || return 0
   export CMAKE_C_COMPILER_LAUNCHER=ccache CMAKE_CXX_COMPILER_LAUNCHER=ccache
-  export CCACHE_BASEDIR=$ROOT CCACHE_NOHASHDIR=1
+  export CCACHE_BASEDIR=$ROOT CCACHE_NOHASHDIR=1 CCACHE_SLOPPINESS=locale
 }
 
 # build PRESET [TARGET…]: configures a preset of CMakePresets.json and builds it, or a part of it.
