@@ -19,7 +19,7 @@ namespace {
 
 using Text = std::string;
 using Texts = std::map<std::string, std::string>;
-using App = _APPS_INNER_INFO_T;
+using InnerInfo = _APPS_INNER_INFO_T;
 
 // A row of the table: the function's exported name, after its type was compared.
 template <typename Expected>
@@ -121,9 +121,9 @@ const std::vector<std::string>& Signatures() {
       TYPED_AS(TextToRecord, m_tav_get_app_info, "_Z18m_tav_get_app_infoPKcP14tav_app_info_s"),
       TYPED_AS(int (*)(tav_app_info_s*, const char*), GetAppInfoByRuntitle,
                "_Z20GetAppInfoByRuntitleP14tav_app_info_sPKc"),
-      TYPED_AS(int (*)(std::vector<App>&, bool), GetBuiltInAppList,
+      TYPED_AS(int (*)(std::vector<InnerInfo>&, bool), GetBuiltInAppList,
                "_Z17GetBuiltInAppListRSt6vectorI18_APPS_INNER_INFO_TSaIS0_EEb"),
-      TYPED_AS(void (*)(std::map<Text, App>&), GetBuiltInTestAppList,
+      TYPED_AS(void (*)(std::map<Text, InnerInfo>&), GetBuiltInTestAppList,
                "_Z21GetBuiltInTestAppListRSt3mapINSt7__cxx1112basic_stringIcSt11char_"
                "traitsIcESaIcEEE18_APPS_INNER_INFO_TSt4lessIS5_ESaISt4pairIKS5_S6_EEE"),
       TYPED_AS(Texts(*)(), GetUnsupportedPkgList, "_Z21GetUnsupportedPkgListB5cxx11v"),

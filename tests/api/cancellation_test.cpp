@@ -19,7 +19,7 @@
 namespace {
 
 constexpr char kKey[] = "db/tav/counter";
-constexpr int kRounds = 40;
+constexpr int kCancellations = 40;
 
 struct Loop {
   std::function<void()> body;
@@ -39,7 +39,7 @@ class CancelledThread : public ::testing::Test {
   // Cancels a thread that repeats body, at another moment each time, and says whether it ended as
   // a cancelled thread does.
   static void EndsWhileItRepeats(const std::function<void()>& body) {
-    for (int round = 0; round < kRounds; ++round) {
+    for (int round = 0; round < kCancellations; ++round) {
       Loop loop;
       loop.body = body;
       pthread_t thread;
@@ -71,7 +71,7 @@ TEST_F(CancelledThread, EndsInTheSettingsAndHoldsNothing) {
   EXPECT_EQ(OpenFiles(), files);
   int value = 0;
   EXPECT_EQ(vconf_get_int(kKey, &value), 0);
-  EXPECT_GE(value, kRounds);
+  EXPECT_GE(value, kCancellations);
   EXPECT_EQ(vconf_set_int(kKey, -1), 0);
   EXPECT_EQ(vconf_get_int(kKey, &value), 0);
   EXPECT_EQ(value, -1);
