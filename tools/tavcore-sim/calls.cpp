@@ -3,10 +3,9 @@
 // A message filter that takes notes.
 #include "calls.h"
 
-#include <iostream>
-
 #include "device/handles.h"
 #include "names.h"
+#include "say.h"
 
 namespace tavcore {
 namespace {
@@ -43,10 +42,7 @@ GDBusMessage* CallRecord::OnMessage(GDBusConnection*, GDBusMessage* message, gbo
 void CallRecord::Add(const Call& call) {
   const std::lock_guard<std::mutex> lock(m_mutex);
   m_calls.push_back(call);
-  if (m_is_verbose) {
-    std::cerr << "tavcore-sim: " << call.method << call.parameters << " from " << call.sender
-              << std::endl;
-  }
+  if (m_is_verbose) Say(call.method + call.parameters + " from " + call.sender);
 }
 
 GVariant* CallRecord::AsReply() const {

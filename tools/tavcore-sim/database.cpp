@@ -5,12 +5,11 @@
 
 #include <tzplatform_config.h>
 
-#include <iostream>
-
 #include "device/error.h"
 #include "device/handles.h"
 #include "device/schema.h"
 #include "names.h"
+#include "say.h"
 
 namespace tavcore {
 namespace {
@@ -97,7 +96,7 @@ Change AppDatabase::Update(const char* assignments, const std::string& app,
     transaction.Commit();
     return changed > 0 ? Change::kDone : Change::kUnknownApp;
   } catch (const tav_device::DeviceError& error) {
-    std::cerr << "tavcore-sim: " << error.what() << "\n";
+    Say(error.what());
     return Change::kFailed;
   }
 }

@@ -3,9 +3,9 @@
 // tavcore-sim: the reference service. Maps failures to exit statuses.
 #include <csignal>
 #include <exception>
-#include <iostream>
 
 #include "options.h"
+#include "say.h"
 #include "service.h"
 
 int main(int argc, char** argv) {
@@ -16,7 +16,7 @@ int main(int argc, char** argv) {
     tavcore::Service(line.options).Run();
     return 0;
   } catch (const std::exception& error) {
-    std::cerr << "tavcore-sim: " << error.what() << "\n";
+    tavcore::Say(error.what());
     return 1;
   }
 }

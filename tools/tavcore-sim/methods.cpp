@@ -7,7 +7,8 @@
 #include <vconf.h>
 
 #include <fstream>
-#include <iostream>
+
+#include "say.h"
 
 namespace tavcore {
 namespace {
@@ -67,7 +68,7 @@ int StatusOf(Change change) {
 // Tells everybody who watches that the list of apps looks different now.
 int Published(int status) {
   if (status == kDone && vconf_set_int(kAppChangeKey, 1) != VCONF_OK) {
-    std::cerr << "tavcore-sim: the setting " << kAppChangeKey << " cannot be written\n";
+    Say(std::string("the setting ") + kAppChangeKey + " cannot be written");
   }
   return status;
 }

@@ -8,6 +8,8 @@
 #include <memory>
 #include <vector>
 
+#include "say.h"
+
 namespace tavcore {
 namespace {
 
@@ -116,7 +118,7 @@ CommandLine ReadCommandLine(int argc, char** argv) {
   } catch (const CLI::ParseError& error) {
     line.exit_status = app->exit(error) == 0 ? 0 : kUsage;
   } catch (const FaultError& error) {
-    std::cerr << "tavcore-sim: " << error.what() << "\n";
+    Say(error.what());
     line.exit_status = kUsage;
   }
   if (options.ready_file == kNoFile) options.ready_file.clear();

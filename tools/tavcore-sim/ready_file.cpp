@@ -6,7 +6,8 @@
 
 #include <cerrno>
 #include <cstring>
-#include <iostream>
+
+#include "say.h"
 
 namespace tavcore {
 
@@ -17,7 +18,7 @@ void ReadyFile::Create() {
     close(file);
     m_is_ours = true;
   } else if (errno != EEXIST) {
-    std::cerr << "tavcore-sim: warning: " << m_path << ": " << std::strerror(errno) << "\n";
+    Say("warning: " + m_path + ": " + std::strerror(errno));
   }
 }
 

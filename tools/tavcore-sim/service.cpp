@@ -9,10 +9,10 @@
 #include <vconf.h>
 
 #include <cstdlib>
-#include <iostream>
 
 #include "device/error.h"
 #include "names.h"
+#include "say.h"
 
 namespace tavcore {
 namespace {
@@ -148,13 +148,13 @@ void Service::OnNameLost(GDBusConnection*, const char*, gpointer self) {
 
 void Service::BeReady() {
   if (vconf_set_int(kBootStatusKey, kBooted) != VCONF_OK) {
-    std::cerr << "tavcore-sim: the setting " << kBootStatusKey << " cannot be written\n";
+    Say(std::string("the setting ") + kBootStatusKey + " cannot be written");
   }
   m_ready_file.Create();
-  if (m_options.is_verbose) std::cerr << "tavcore-sim: ready" << std::endl;
+  if (m_options.is_verbose) Say("ready");
   if (m_options.ready_descriptor < 0) return;
   if (write(m_options.ready_descriptor, "ready\n", 6) != 6) {
-    std::cerr << "tavcore-sim: nobody waits at the descriptor of --ready-fd\n";
+    Say("nobody waits at the descriptor of --ready-fd");
   }
   close(m_options.ready_descriptor);
 }
