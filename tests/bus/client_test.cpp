@@ -3,11 +3,27 @@
 // The client as others on the bus see it: its name, its object, and that both are the caller's.
 #include <sys/wait.h>
 
+#include <memory>
+
+#include "device/process.h"
 #include "on_the_bus.h"
 
 namespace {
 
 using test::Service;
+
+// How the object of a process shows its interface.
+std::string Interface(pid_t process) {
+  return "<interface name=\"org.tizen.tv.tavcore.tavdbclient.interface.obj" +
+         std::to_string(process) + "\"";
+}
+
+// Another process, which has made a request, has let the library go, and lives on.
+std::unique_ptr<tav_device::Child> StartOther() {
+  tav_device::Launch launch;
+  launch.arguments = {UNLOAD_AFTER_USE, LIBRARY};
+  return tav_device::StartUntilReady(launch, "--ready-fd", test::kBusDeadline).child;
+}
 
 class Client : public OnTheBus {
  protected:
@@ -26,9 +42,7 @@ TEST_F(Client, ShowsAnObjectWithAnInterfaceOfItsOwnProcess) {
   ASSERT_EQ(tav_set_ticker_mode(1), 0);
   bus.WaitForOwner(ClientName());
   const std::string document = bus.Introspect(ClientName(), ClientPath());
-  const std::string interface =
-      "org.tizen.tv.tavcore.tavdbclient.interface.obj" + std::to_string(getpid());
-  EXPECT_NE(document.find("<interface name=\"" + interface + "\""), std::string::npos) << document;
+  EXPECT_NE(document.find(Interface(getpid())), std::string::npos) << document;
 }
 
 TEST_F(Client, LetsAnotherTakeItsNameOver) {
@@ -51,32 +65,22 @@ TEST_F(Client, IsUnknownToTheBusUntilItsFirstRequest) {
   EXPECT_EQ(bus.Owner(ClientName()), "");
 }
 
+TEST_F(Client, HasANameAndAnInterfaceThatNoOtherProcessHas) {
+  const auto other = StartOther();
+  ASSERT_EQ(tav_set_ticker_mode(1), 0);
+  const std::string owner = bus.WaitForOwner(ClientName());
+  EXPECT_NE(bus.WaitForOwner(ClientName(other->Id())), owner);
+  const std::string document = bus.Introspect(ClientName(other->Id()), ClientPath(other->Id()));
+  EXPECT_NE(document.find(Interface(other->Id())), std::string::npos) << document;
+  EXPECT_EQ(document.find(Interface(getpid())), std::string::npos) << document;
+}
+
 TEST_F(Client, OutlivesAHostThatLetsTheLibraryGoAndTheEndOfItsBus) {
-  int in[2];
-  int out[2];
-  ASSERT_EQ(pipe(in), 0);
-  ASSERT_EQ(pipe(out), 0);
-  const pid_t process = fork();
-  if (process == 0) {
-    dup2(in[0], STDIN_FILENO);
-    dup2(out[1], STDOUT_FILENO);
-    close(in[1]);
-    execl(UNLOAD_AFTER_USE, UNLOAD_AFTER_USE, LIBRARY, nullptr);
-    _exit(127);
-  }
-  close(in[0]);
-  close(out[1]);
-  char byte = 0;
-  EXPECT_EQ(read(out[0], &byte, 1), 1);
-  const std::string name = "org.tizen.tv.tavcore.client.obj" + std::to_string(process);
-  bus.WaitForOwner(name);
+  const auto other = StartOther();
+  bus.WaitForOwner(ClientName(other->Id()));
   bus.Stop();
   service.Wait();
-  close(in[1]);
-  close(out[0]);
-  int status = 0;
-  ASSERT_EQ(waitpid(process, &status, 0), process);
-  EXPECT_EQ(status, 0);
+  EXPECT_EQ(other->End(test::kBusDeadline), 0);
 }
 
 TEST_F(Client, EndsWithItsProcessAtOnceAndWithoutAFailure) {
@@ -91,7 +95,7 @@ TEST_F(Client, EndsWithItsProcessAtOnceAndWithoutAFailure) {
   EXPECT_EQ(status, 0);
   EXPECT_LT(watch.Elapsed(), AtMost(std::chrono::seconds(8)));
   EXPECT_EQ(IsLocked("clock"), 1);
-  bus.WaitUntilUnowned("org.tizen.tv.tavcore.client.obj" + std::to_string(process));
+  bus.WaitUntilUnowned(ClientName(process));
 }
 
 }  // namespace

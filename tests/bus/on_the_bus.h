@@ -22,11 +22,11 @@ class OnTheBus : public ::testing::Test {
  protected:
   OnTheBus() { device.Install(test::App("clock")).Install(test::App("weather")); }
 
-  static std::string ClientName() {
-    return "org.tizen.tv.tavcore.client.obj" + std::to_string(getpid());
+  static std::string ClientName(pid_t process = getpid()) {
+    return "org.tizen.tv.tavcore.client.obj" + std::to_string(process);
   }
-  static std::string ClientPath() {
-    return "/org/tizen/tv/tavcore/client/obj" + std::to_string(getpid());
+  static std::string ClientPath(pid_t process = getpid()) {
+    return "/org/tizen/tv/tavcore/client/obj" + std::to_string(process);
   }
 
   // One column of an app, read past the library.

@@ -2,6 +2,8 @@
 #include "support/bus.h"
 
 #include <cstdlib>
+#include <fstream>
+#include <iterator>
 #include <stdexcept>
 #include <thread>
 
@@ -123,6 +125,22 @@ void Bus::Stop() {
 
 void Bus::Start() {
   m_bus->Start();
+}
+
+void Bus::Offer(const std::string& name, const std::string& command) {
+  const std::filesystem::path services = m_directory / "services";
+  std::filesystem::create_directory(services);
+  std::ofstream(services / (name + ".service"))
+      << "[D-BUS Service]\nName=" << name << "\nExec=" << command << "\n";
+
+  const std::filesystem::path file = m_directory / "bus.conf";
+  std::ifstream in(file);
+  std::string configuration(std::istreambuf_iterator<char>(in), {});
+  in.close();
+  configuration.insert(configuration.rfind("</busconfig>"),
+                       "<servicedir>" + services.string() + "</servicedir>\n");
+  std::ofstream(file) << configuration;
+  Peer(Address()).Call(kBusName, kBusPath, kBusName, "ReloadConfig");
 }
 
 void Bus::Stall() {

@@ -65,6 +65,8 @@ class Bus {
   void Stop();
   // Starts it again at the same address.
   void Start();
+  // Lets it start a program, with its arguments, for who wants to call the owner of a name.
+  void Offer(const std::string& name, const std::string& command);
   // Keeps it from running, connections and all, until Resume.
   void Stall();
   void Resume();

@@ -78,7 +78,30 @@ void Service::ClearFaults() {
 }
 
 std::vector<ServiceCall> Service::Calls() {
-  const auto reply = Control("Calls");
+  return CallsOnBus(*m_peer);
+}
+
+std::vector<ServiceCall> Service::Calls(const std::string& method) {
+  std::vector<ServiceCall> calls;
+  for (ServiceCall& call : Calls()) {
+    if (call.method == method) calls.push_back(std::move(call));
+  }
+  return calls;
+}
+
+void Service::Forget() {
+  Control("ForgetCalls");
+}
+
+void OfferService(Bus& bus) {
+  // The test's log belongs to the library alone.
+  bus.Offer(Service::kName, std::string("/usr/bin/env -u DLOG_FILE DLOG_LEVEL=W ") +
+                                tav_device::kBusVariable + "=" + bus.Address() +
+                                " " TAVCORE_SIM " --ready-file none");
+}
+
+std::vector<ServiceCall> CallsOnBus(const Peer& peer) {
+  const auto reply = peer.Call(Service::kName, Service::kPath, kControl, "Calls");
   std::vector<ServiceCall> calls;
   GVariantIter* entries = nullptr;
   g_variant_get(reply.get(), "(a(ssssu))", &entries);
@@ -93,18 +116,6 @@ std::vector<ServiceCall> Service::Calls() {
   }
   g_variant_iter_free(entries);
   return calls;
-}
-
-std::vector<ServiceCall> Service::Calls(const std::string& method) {
-  std::vector<ServiceCall> calls;
-  for (ServiceCall& call : Calls()) {
-    if (call.method == method) calls.push_back(std::move(call));
-  }
-  return calls;
-}
-
-void Service::Forget() {
-  Control("ForgetCalls");
 }
 
 }  // namespace test

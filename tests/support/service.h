@@ -74,6 +74,12 @@ class Service {
   std::unique_ptr<Peer> m_peer;
 };
 
+// Lets the bus start the service when a call asks for that. It ends with the bus.
+void OfferService(Bus& bus);
+
+// The requests that reached the service on the peer's bus, whoever started it.
+std::vector<ServiceCall> CallsOnBus(const Peer& peer);
+
 }  // namespace test
 
 #endif  // TESTS_SUPPORT_SERVICE_H_
