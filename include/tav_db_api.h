@@ -625,11 +625,12 @@ TAV_API int tav_get_app_info_json(const char* app_id, char** json);
  *                     "all_app" "true" asks for all installed apps, hidden ones included, in the
  *                     database's order, or "app_featured" and "view_mode", both decimal numbers,
  *                     for those that are not hidden and featured so, of every type. The view modes
- *                     2 and 5 give the catalogue's order
+ *                     2 and 5 give the catalogue's order. Null is a request without extra data,
+ *                     which is refused
  * @param[out] json    receives a new block of the text's length, which the caller frees, or null
  *                     when there is no app
  * @return 0, also with a part of the list, or null, when the database became busy; -1, with *json
- *         untouched, when an argument is null, app_featured has none of its bits, the list is
+ *         untouched, when json is null, app_featured has none of its bits, the list is
  *         refused, the database cannot be used or memory ran out
  * @locks{one statement\, for the built-in catalogue two and one request}
  */

@@ -139,7 +139,7 @@ int tav_get_app_info_json(const char* app_id, char** json) try {
 }
 
 int tav_get_app_list_json(app_control_h app_control, char** json) try {
-  if (HasNull({app_control, json})) return kFailed;
+  if (HasNull({json})) return kFailed;
   const std::string featured = Extra(app_control, "app_featured");
   const std::string view_mode = Extra(app_control, "view_mode");
   const bool is_built_in = Extra(app_control, "built_in_app") == "true";

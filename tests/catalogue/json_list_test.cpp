@@ -230,11 +230,19 @@ TEST_F(AppsAsJson, AreNothingAndASuccessWhileTheDatabaseStaysBusy) {
   EXPECT_EQ(ListJson({{"all_app", "true"}}), kNothing);
 }
 
-TEST_F(AppsAsJson, FailForNullArguments) {
+TEST_F(AppsAsJson, FailWithoutAPlaceForTheText) {
   InstallThree();
-  EXPECT_EQ(Ask([](char** json) { return tav_get_app_list_json(nullptr, json); }), kFails);
   EXPECT_EQ(tav_get_app_list_json(RequestWith({{"all_app", "true"}}).get(), nullptr), -1);
   EXPECT_EQ(tav_get_app_list_json(nullptr, nullptr), -1);
+  EXPECT_FALSE(log.Has("has key[all_app] value[true]"));
+}
+
+TEST_F(AppsAsJson, TakeNoRequestForOneWithoutData) {
+  InstallThree();
+  EXPECT_EQ(Ask([](char** json) { return tav_get_app_list_json(nullptr, json); }), kFails);
+  EXPECT_TRUE(log.Has("do not have key[test_app_only]!!"));
+  EXPECT_TRUE(log.Has("app_featured , view_mode , built_in_app 0, all_app 0"));
+  EXPECT_TRUE(log.HasError("tav_get_app_list_json fail"));
 }
 
 TEST_F(AppsAsJson, AreWholeWhenTheyAreLong) {
