@@ -115,10 +115,10 @@ int m_tav_get_app_info(const char* app_id, tav_app_info_s* info) {
 }
 
 int GetAppInfoByRuntitle(tav_app_info_s* info, const char* run_title) {
-  TAV_LOGI("runtitile:[%s]", Printable(run_title));
   if (PlatformRefuses() || HasNull({run_title, info}) || IsEmpty(run_title, kRunTitleIsEmpty)) {
     return kFailed;
   }
+  TAV_LOGI("runtitile:[%s]", run_title);
   const int result = Find(Query(" where run_title = ? ").Bind(run_title).AndVisible(), info);
   TAV_LOGI("Get app info by run_title:[%s] finish, ret [%d]", run_title, result);
   return result;

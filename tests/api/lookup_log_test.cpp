@@ -125,6 +125,14 @@ TEST_F(LookupLog, HasNoSuchLinesWhenTheDatabaseIsBusy) {
   EXPECT_EQ(RecordLines(), Lines{});
 }
 
+TEST_F(LookupLog, NamesARunTitleThatIsLookedFor) {
+  EXPECT_EQ(GetAppInfoByRuntitle(&info, "Run"), -1);
+  EXPECT_EQ(log.Messages()[0], "runtitile:[Run]");
+  log.Forget();
+  EXPECT_EQ(GetAppInfoByRuntitle(&info, ""), -1);
+  EXPECT_EQ(log.Messages(), Lines{"runtitile is empty "});
+}
+
 TEST_F(LookupLog, HoldsTheTextsOfAnAppAsTheyAre) {
   for (const std::string text :
        {"two\nlines", "\n", "\033[0;m", "\033[0;31mred\033[0;m", "100%s", "a: b(1) > c"}) {
