@@ -50,9 +50,9 @@ bool IsTimeout(const GError* error) {
 void LogBootMode() {
   struct stat status;
   if (stat(kFastBootMarker, &status) == 0) {
-    TAV_LOGI("/tmp/FACTORY_PRODCUTION exists, it is fast boot mode");
+    TAV_LOGE("/tmp/FACTORY_PRODCUTION exists, it is fast boot mode");
   } else {
-    TAV_LOGI("/tmp/FACTORY_PRODCUTION does not exist, need to check other reasons");
+    TAV_LOGE("/tmp/FACTORY_PRODCUTION does not exist, need to check other reasons");
   }
 }
 

@@ -36,11 +36,11 @@ bool RefusesChange(const char* app_id, const LogPlace& place = LogPlace::Here())
 }
 
 // Watchers reload. That they were not told does not undo the change.
-void TellAppChange() {
+void TellAppChange(const LogPlace& place = LogPlace::Here()) {
   if (vconf_set_int(kAppChangeKey, 1) == 0) {
-    TAV_LOGI("Set app changed to vconf succesfully.");  // the misspelling is kept
+    TAV_LOGI_FOR(place, "Set app changed to vconf succesfully.");  // the misspelling is kept
   } else {
-    TAV_LOGE("Set app changed to vconf fail.");
+    TAV_LOGE_FOR(place, "Set app changed to vconf fail.");
   }
 }
 

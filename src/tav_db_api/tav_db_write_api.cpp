@@ -25,19 +25,25 @@ bool IsText(const char* text) {
   return false;
 }
 
-// Calls a method of the service. The reply, which is of the type that the method has; null
-// after a log on any failure. Takes over parameters, which may be null.
-GVariantPtr Call(const char* method, GVariant* parameters, const char* reply_type) {
-  const GVariantPtr owned(parameters != nullptr ? g_variant_ref_sink(parameters) : nullptr);
+// The proxy, when it is of use; null after a log.
+CTAVGdbus* ReadyProxy(const LogPlace& place = LogPlace::Here()) {
   if (IsForkedInACall()) {
-    TAV_LOGE("this process was forked in the middle of a call, and cannot use the bus");
+    TAV_LOGE_FOR(place, "this process was forked in the middle of a call, and cannot use the bus");
     return nullptr;
   }
   CTAVGdbus* proxy = get_db_proxy();
   if (!proxy->GetProxy(kIntrospection, tav_db_vtable)) {
-    TAV_LOGE("get_db_proxy() error");
+    TAV_LOGE_FOR(place, "get_db_proxy() error");
     return nullptr;
   }
+  return proxy;
+}
+
+// Calls a method of the service. The reply, which is of the type that the method has; null
+// after a log on any failure. Takes over parameters that float; they may be null.
+GVariantPtr Call(CTAVGdbus* proxy, const char* method, GVariant* parameters,
+                 const char* reply_type) {
+  const GVariantPtr owned(parameters != nullptr ? g_variant_ref_sink(parameters) : nullptr);
   GVariant* answer = nullptr;
   const bool is_answered = proxy->MethodCall(method, owned.get(), &answer, kTimeoutMsec, nullptr);
   GVariantPtr reply(answer);
@@ -51,13 +57,14 @@ GVariantPtr Call(const char* method, GVariant* parameters, const char* reply_typ
 }
 
 // Calls a method whose reply is a status.
-int CallForStatus(const char* method, GVariant* parameters) {
-  const GVariantPtr reply = Call(method, parameters, "(i)");
-  if (reply == nullptr) return -1;
-  gint32 result = 0;
-  g_variant_get(reply.get(), "(i)", &result);
-  TAV_LOGI("result : %d", result);
-  TAV_LOGI("Finish");
+int CallForStatus(CTAVGdbus* proxy, const char* method, GVariant* parameters,
+                  const LogPlace& place = LogPlace::Here()) {
+  gint32 result = -1;
+  if (const GVariantPtr reply = Call(proxy, method, parameters, "(i)")) {
+    g_variant_get(reply.get(), "(i)", &result);
+    TAV_LOGI_FOR(place, "result : %d", result);
+  }
+  TAV_LOGI_FOR(place, "Finish");
   return result == 0 ? 0 : -1;
 }
 
@@ -72,44 +79,56 @@ CTAVGdbus* get_db_proxy() {
 int TavSetAppLock(const char* appId, int isLock) {
   TAV_LOGI("Start");
   if (!IsText(appId)) return -1;
+  CTAVGdbus* proxy = ReadyProxy();
+  if (proxy == nullptr) return -1;
   const gint32 lock = isLock > 0 ? 1 : 0;
   TAV_LOGI("appid: %s, is_lock: %d,ilock: %d ", appId, isLock, lock);
-  return CallForStatus("set_app_lock", g_variant_new("(si)", appId, lock));
+  return CallForStatus(proxy, "set_app_lock", g_variant_new("(si)", appId, lock));
 }
 
 int TavSetAppRating(const char* appId, int rating) {
   TAV_LOGI("Start, rating:%d", rating);
   if (!IsText(appId)) return -1;
-  return CallForStatus("set_app_rating", g_variant_new("(si)", appId, rating));
+  CTAVGdbus* proxy = ReadyProxy();
+  if (proxy == nullptr) return -1;
+  return CallForStatus(proxy, "set_app_rating", g_variant_new("(si)", appId, rating));
 }
 
 int TavUpdateAppUseCount(const char* appId) {
   TAV_LOGI("Start, app_id:%s", appId);
   if (!IsText(appId)) return -1;
-  return CallForStatus("tav_update_app_count", g_variant_new("(s)", appId));
+  CTAVGdbus* proxy = ReadyProxy();
+  if (proxy == nullptr) return -1;
+  return CallForStatus(proxy, "tav_update_app_count", g_variant_new("(s)", appId));
 }
 
 int TavSetAppUpdted(const char* appId) {
   TAV_LOGI("Start, app_id:%s", appId);
   if (!IsText(appId)) return -1;
+  CTAVGdbus* proxy = ReadyProxy();
+  if (proxy == nullptr) return -1;
   // The service is always asked for key 0 with an empty value.
-  return CallForStatus("tav_update_app_by_key", g_variant_new("(sis)", appId, 0, ""));
+  return CallForStatus(proxy, "tav_update_app_by_key", g_variant_new("(sis)", appId, 0, ""));
 }
 
 int SetTickerModeToLaunch(int mode) {
   TAV_LOGI("Start");
-  return CallForStatus("set_ticker_mode_to_launch", g_variant_new("(i)", mode));
+  CTAVGdbus* proxy = ReadyProxy();
+  if (proxy == nullptr) return -1;
+  return CallForStatus(proxy, "set_ticker_mode_to_launch", g_variant_new("(i)", mode));
 }
 
 int GetTickerModeFromLaunch(int* mode) {
   TAV_LOGI("Start");
-  const GVariantPtr reply = Call("get_ticker_mode_from_launch", nullptr, "(ii)");
-  if (reply == nullptr) return -1;
-  gint32 result = 0;
-  gint32 ticker_mode = 0;
-  g_variant_get(reply.get(), "(ii)", &result, &ticker_mode);
-  TAV_LOGI("result : %d, TickerModeValue : %d", result, ticker_mode);
-  *mode = result == 0 ? ticker_mode : 0;
+  CTAVGdbus* proxy = ReadyProxy();
+  if (proxy == nullptr) return -1;
+  gint32 result = -1;
+  if (const GVariantPtr reply = Call(proxy, "get_ticker_mode_from_launch", nullptr, "(ii)")) {
+    gint32 ticker_mode = 0;
+    g_variant_get(reply.get(), "(ii)", &result, &ticker_mode);
+    TAV_LOGI("result : %d, TickerModeValue : %d", result, ticker_mode);
+    *mode = result == 0 ? ticker_mode : 0;
+  }
   TAV_LOGI("Finish");
   return result == 0 ? 0 : -1;
 }
@@ -121,12 +140,15 @@ int TavGetUninstallingBuiltInApp(char** list) {
     return 0;
   }
   TAV_LOGI("Start");
-  const GVariantPtr reply = Call("get_api_uninstalling_biu_list", nullptr, "(s)");
-  if (reply == nullptr) return -1;
-  g_variant_get(reply.get(), "(s)", list);
-  TAV_LOGI("result : %s", *list);
+  CTAVGdbus* proxy = ReadyProxy();
+  if (proxy == nullptr) return -1;
+  const GVariantPtr reply = Call(proxy, "get_api_uninstalling_biu_list", nullptr, "(s)");
+  if (reply != nullptr) {
+    g_variant_get(reply.get(), "(s)", list);
+    TAV_LOGI("result : %s", *list);
+  }
   TAV_LOGI("Finish");
-  return 0;
+  return reply != nullptr ? 0 : -1;
 }
 
 void GetUninstallingBuiltInAppID(std::vector<std::string>& appIds) {

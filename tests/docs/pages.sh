@@ -106,7 +106,7 @@ check_settings() {
 }
 
 check_methods() {
-  grep -hoE 'Call(ForStatus)?\("[^"]+"' src/*/*.cpp | cut -d '"' -f 2 | sort -u |
+  grep -hoE 'Call(ForStatus)?\(proxy, "[^"]+"' src/*/*.cpp | cut -d '"' -f 2 | sort -u |
     expect_all "the method" docs/bus.md '| '
   # Those that the proxy itself knows.
   perl -0777 -ne '
