@@ -199,8 +199,10 @@ std::optional<int> Child::WaitFor(std::chrono::milliseconds time) {
 }
 
 int Child::End(std::chrono::milliseconds time) {
+  // A stopped one could not end. Not after the other: a sanitizer stops its process's threads at
+  // the end, and would wait for one that was sent on.
+  Signal(SIGCONT);
   Signal(SIGTERM);
-  Signal(SIGCONT);  // a stopped one could not end
   if (!WaitFor(time)) Signal(SIGKILL);
   return Wait();
 }
