@@ -8,6 +8,7 @@
 #include <pthread.h>
 
 #include <atomic>
+#include <chrono>
 #include <ctime>
 
 #include "tav_common/tav_thread_annotations.h"
@@ -24,9 +25,7 @@ class CAPABILITY("mutex") TavMutex {
   }
   // False when it stayed locked for so long.
   bool LockWithin(int seconds) TRY_ACQUIRE(true) {
-    timespec now;
-    clock_gettime(CLOCK_MONOTONIC, &now);
-    const time_t end = now.tv_sec + seconds;
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(seconds);
     do {
       // The clock of this call can be set while it waits, so it waits for a second at a time.
       timespec slice;
@@ -36,8 +35,7 @@ class CAPABILITY("mutex") TavMutex {
         m_owner = pthread_self();
         return true;
       }
-      clock_gettime(CLOCK_MONOTONIC, &now);
-    } while (now.tv_sec < end);
+    } while (std::chrono::steady_clock::now() < end);
     return false;
   }
   void Unlock() RELEASE() {
