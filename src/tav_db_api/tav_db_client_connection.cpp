@@ -5,6 +5,8 @@
 #include <tzplatform_config.h>
 #include <unistd.h>
 
+#include <chrono>
+
 #include "tav_common/tav_fork.h"
 #include "tav_db_api/tav_db_client_health.h"
 
@@ -14,11 +16,14 @@ sqlite3_stmt* g_pStmt = nullptr;
 
 namespace {
 
+using std::chrono::microseconds;
+using std::chrono::steady_clock;
+
 constexpr int kDatabaseDirectory = 24;  // the platform's number of the variable
 constexpr char kDatabaseFile[] = "/.tavcore.db";
 
 constexpr int kMaxRetryCount = 100;
-constexpr useconds_t kRetryMicroseconds = 10000;
+constexpr microseconds kRetryPause{10000};
 
 void FinalizeStatement() REQUIRES(g_Mute) {
   if (g_pStmt == nullptr) return;
@@ -31,6 +36,15 @@ void FinalizeStatement() REQUIRES(g_Mute) {
 void ForgetConnection() TAV_NO_THREAD_SAFETY_ANALYSIS {
   g_pConnection = nullptr;
   g_pStmt = nullptr;
+}
+
+// A signal that arrives does not shorten the pause.
+void PauseBeforeRetry() {
+  const auto end = steady_clock::now() + kRetryPause;
+  for (auto left = kRetryPause;
+       left.count() > 0 && usleep(static_cast<useconds_t>(left.count())) != 0;) {
+    left = std::chrono::duration_cast<microseconds>(end - steady_clock::now());
+  }
 }
 
 [[maybe_unused]] const bool g_bAreForksGuarded = GuardForks(g_Mute, ForgetConnection);
@@ -97,7 +111,7 @@ int Prepare(const std::string& sql) {
       return kBusy;
     }
     TAV_LOGI("retry prepare");
-    usleep(kRetryMicroseconds);
+    PauseBeforeRetry();
   }
 }
 
@@ -148,7 +162,7 @@ int Step() {
       return result;
     }
     TAV_LOGI("retry step");
-    usleep(kRetryMicroseconds);
+    PauseBeforeRetry();
     // A lookup that other components call without the lock may have ended the statement.
     if (g_pStmt == nullptr) {
       TAV_LOGE("g_pStmt is NULL");

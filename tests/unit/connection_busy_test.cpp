@@ -6,10 +6,13 @@
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 #include <sqlite3.h>
+#include <sys/time.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <chrono>
+#include <csignal>
 #include <cstring>
 #include <functional>
 
@@ -21,6 +24,7 @@
 namespace {
 
 using std::chrono::milliseconds;
+using std::chrono::steady_clock;
 using test::App;
 using Sleeps = std::vector<useconds_t>;
 
@@ -48,6 +52,7 @@ Script g_prepare;
 Script g_step;
 Sleeps g_sleeps;
 std::function<void()> g_during_sleep;
+int g_interruptions = 0;  // sleeps that a signal ends
 std::function<void(int attempt, sqlite3*, sqlite3_stmt**)> g_during_busy_prepare;
 
 // SQLite calls its own functions by their names; those calls are not the library's.
@@ -90,7 +95,10 @@ int usleep(useconds_t microseconds) {
   if (!g_is_scripted) return CallReal<decltype(usleep)>("usleep", microseconds);
   g_sleeps.push_back(microseconds);
   if (g_during_sleep) g_during_sleep();
-  return 0;
+  if (g_interruptions == 0) return 0;
+  --g_interruptions;
+  errno = EINTR;
+  return -1;
 }
 
 }  // extern "C"
@@ -143,6 +151,47 @@ TEST_F(BusyEngine, PreparesAtTheHundredthAttempt) {
   EXPECT_EQ(Step(), kStepRow);
   EXPECT_STREQ(GetStringFromResult(0), "org.example.clock");
   EXPECT_EQ(Step(), kStepDone);
+}
+
+TEST_F(BusyEngine, SleepsForWhatIsLeftWhenSignalsEndTheSleeps) {
+  const TavLock lock(g_Mute);
+  g_interruptions = kForEver;
+  Play({0, 1}, {});
+  const auto start = steady_clock::now();
+  EXPECT_EQ(Prepare(kSelect), 0);
+  EXPECT_GE(steady_clock::now() - start, milliseconds(10));
+  EXPECT_EQ(g_sleeps.front(), 10000U);
+  EXPECT_TRUE(std::is_sorted(g_sleeps.rbegin(), g_sleeps.rend()));
+  EXPECT_GT(g_sleeps.back(), 0U);
+}
+
+TEST_F(BusyEngine, SleepsNoMoreWhenASignalComesAtTheEndOfTheTime) {
+  const TavLock lock(g_Mute);
+  g_interruptions = 1;
+  g_during_sleep = [] {
+    const auto end = steady_clock::now() + milliseconds(10);
+    while (steady_clock::now() < end) continue;
+  };
+  Play({0, 1}, {});
+  EXPECT_EQ(Prepare(kSelect), 0);
+  EXPECT_EQ(g_sleeps, Of10Milliseconds(1));
+}
+
+TEST_F(BusyEngine, WaitsAsLongWhenSignalsArrive) {
+  struct sigaction ignore = {};
+  ignore.sa_handler = [](int) {};
+  sigaction(SIGALRM, &ignore, nullptr);
+  const itimerval each_millisecond = {{0, 1000}, {0, 1000}};
+  const test::ExclusiveWriter writer(device.DatabaseFile(), std::chrono::seconds(60));
+  setitimer(ITIMER_REAL, &each_millisecond, nullptr);
+  const auto start = steady_clock::now();
+  {
+    const TavLock lock(g_Mute);
+    EXPECT_EQ(Prepare(kSelect), -2);
+  }
+  EXPECT_GE(steady_clock::now() - start, milliseconds(990));
+  signal(SIGALRM, SIG_IGN);
+  EXPECT_EQ(log.Count("retry prepare"), 99);
 }
 
 TEST_F(BusyEngine, FinalizesAStatementThatTheLastBusyAttemptHasLeft) {
