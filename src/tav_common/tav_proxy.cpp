@@ -31,6 +31,10 @@ constexpr int kCallTimeoutMsec = 10000;
 constexpr int kConnectTimeoutMsec = 10000;
 constexpr time_t kMonitorTimeoutSec = 10;
 
+// What GLib opens at once for a call and for a connection, and some more.
+constexpr int kCallDescriptors = 2;
+constexpr int kConnectDescriptors = 10;
+
 GDBusCallFlags FlagsOf(const std::string& method) {
   if (std::find(std::begin(kNotStarting), std::end(kNotStarting), method) ==
       std::end(kNotStarting)) {
@@ -98,6 +102,7 @@ bool CTAVGdbus::GetProxy(const char* introspectionXml, GDBusInterfaceVTable vtab
     TAV_LOGE("the process that forked this one has used the bus, so this one cannot");
     return false;
   }
+  if (!HasFreeDescriptors(kCallDescriptors)) return false;
   if (IsProxyCreated() && HasHeartbeat()) {
     TAV_LOGI("Gdbus proxy has been created");
     return true;
@@ -115,6 +120,7 @@ bool CTAVGdbus::GetProxy(const char* introspectionXml, GDBusInterfaceVTable vtab
   // The bus is gone, and with it the name and the object of the monitor.
   SetConnection(nullptr);
   m_pMonitor.reset();
+  if (!HasFreeDescriptors(kConnectDescriptors)) return false;
   const GMainContextPtr context(g_main_context_new());
   if (!Connect(context.get())) return false;
   if (!StartMonitor(context.get())) {

@@ -1,8 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tav_common/tav_proxy_connection.h"
 
+#include <sys/eventfd.h>
+#include <unistd.h>
+
 #include <memory>
 #include <utility>
+
+#include "tav_common/tav_log.h"
 
 namespace {
 
@@ -11,6 +16,15 @@ constexpr auto kFlags = static_cast<GDBusConnectionFlags>(
 
 // GIO's own limit for the bus's greeting, during which it does not hear of a cancellation.
 constexpr int kGreetingMsec = 25000;
+
+bool CanOpen(int count) {
+  if (count == 0) return true;
+  const int descriptor = eventfd(0, EFD_CLOEXEC);
+  if (descriptor < 0) return false;
+  const bool can_open_the_rest = CanOpen(count - 1);
+  close(descriptor);
+  return can_open_the_rest;
+}
 
 struct Attempt {
   ~Attempt() { g_clear_error(&error); }
@@ -46,6 +60,12 @@ GSourcePtr CallAfter(int msec, GMainContext* context, GSourceFunc callback, gpoi
 }
 
 }  // namespace
+
+bool HasFreeDescriptors(int count) {
+  if (CanOpen(count)) return true;
+  TAV_LOGE("too few file descriptors are free: the bus needs %d", count);
+  return false;
+}
 
 GObjectPtr<GDBusConnection> ConnectToSystemBus(GMainContext* context, int timeout_msec,
                                                GErrorHolder& error) {

@@ -7,6 +7,10 @@
 
 #include "tav_common/tav_glib_handles.h"
 
+// Whether the process can open count more descriptors; logs when it cannot. GLib ends the process
+// when it does not get one.
+bool HasFreeDescriptors(int count);
+
 // Connects; null and an error otherwise. The bus has timeout_msec to answer, and GIO's 25 s
 // more to greet a client that it has let in. The connection tells its end on context, which must
 // be iterated until then: what is not told is kept for ever.
