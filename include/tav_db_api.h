@@ -41,16 +41,23 @@
  * "one request": two round trips to the service of at most 10 s each, and more when the bus has to
  * be connected first; see @ref changes.
  *
+ * @section cancellation Cancelled threads
+ * A thread is not cancelled in a call, nor in a callback: the cancellation takes effect at the
+ * thread's next cancellation point after the call. This holds for deferred cancellation, which is
+ * what threads begin with.
+ *
  * @section fork Fork
- * A forked child may read, whatever the threads of its parent were doing: fork waits until the
- * call under way has ended, and the child opens a connection of its own. A call is waited for
- * 5 s, longer than a read waits for a busy database; in a child that is forked then, all that
- * needs the database or the service fails. Requests to the service fail in the child of a process
- * that has made one, since a bus connection cannot be inherited. Otherwise the child connects by
- * itself, in vain, after up to 35 s, if the host has used GLib's threads before. Watched settings
- * stay the parent's. A child that outlives its parent must not read a database in WAL mode: locks
- * that the two share end with the parent. Programs that are started with exec inherit none of
- * this.
+ * Fork never waits for the library. A child may read, on a connection of its own, if no thread of
+ * its parent was in a call of this library at the fork, and if the parent had one thread, or no
+ * other one in libc or GLib: POSIX allows no more to any library. Otherwise the child may only
+ * start a program with exec, which inherits none of this. In a child that was forked in the middle
+ * of a call, all that needs the database or the service fails with -1, for good.
+ *
+ * Requests to the service fail in the child of a process that has made one, since a bus connection
+ * cannot be inherited. Otherwise the child connects by itself, in vain, after up to 35 s, if the
+ * host has used GLib's threads before. Watched settings stay the parent's: in the child their
+ * callbacks are not called. A child that outlives its parent must not read a database in WAL mode:
+ * locks that the two share end with the parent.
  */
 #ifndef TAV_DB_API_H_
 #define TAV_DB_API_H_

@@ -40,8 +40,7 @@
  *   is copied, and a record is filled where its Result lies.
  *
  * Exceptions. Nothing throws, unless its comment says so, and programs without exceptions or
- *   run-time types use it as well. The calls are not noexcept all the same: a thread that is
- *   cancelled in a call unwinds through it.
+ *   run-time types use it as well.
  *
  * Names. Those of the C interface, as C++ spells them: tav_get_app_info is tav::GetAppInfo.
  *   Members are named in the way of the standard library.

@@ -89,8 +89,7 @@ struct _APPS_INNER_INFO_T {
 
 /// @defgroup unlocked Lookups for sections that hold the lock
 /// These two take no lock: inside the library they run in a section that holds it. From outside,
-/// no other function of the library may run in the process at the same time, and no thread may
-/// fork.
+/// no other function of the library may run in the process at the same time.
 /// @code{.cpp}
 /// tav_app_info_s app;
 /// if (m_tav_get_app_info("org.example.package", &app) == 0) std::puts(app.app_title);

@@ -7,10 +7,6 @@
 
 #include <pthread.h>
 
-#include <atomic>
-#include <chrono>
-#include <ctime>
-
 #include "tav_common/tav_thread_annotations.h"
 
 class CAPABILITY("mutex") TavMutex {
@@ -19,40 +15,11 @@ class CAPABILITY("mutex") TavMutex {
   TavMutex(const TavMutex&) = delete;
   TavMutex& operator=(const TavMutex&) = delete;
 
-  void Lock() ACQUIRE() {
-    pthread_mutex_lock(&m_mutex);
-    m_owner = pthread_self();
-  }
-  // False when it stayed locked for so long.
-  bool LockWithin(int seconds) TRY_ACQUIRE(true) {
-    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(seconds);
-    do {
-      // The clock of this call can be set while it waits, so it waits for a second at a time.
-      timespec slice;
-      clock_gettime(CLOCK_REALTIME, &slice);
-      ++slice.tv_sec;
-      if (pthread_mutex_timedlock(&m_mutex, &slice) == 0) {
-        m_owner = pthread_self();
-        return true;
-      }
-    } while (std::chrono::steady_clock::now() < end);
-    return false;
-  }
-  void Unlock() RELEASE() {
-    m_owner = pthread_t{};
-    pthread_mutex_unlock(&m_mutex);
-  }
-  // Unlocks it, whoever has locked it: for a forked child, in which nobody else is.
-  void Renew() {
-    m_owner = pthread_t{};
-    m_mutex = PTHREAD_MUTEX_INITIALIZER;
-  }
-  // Whether the running thread has locked it.
-  bool IsMine() const { return m_owner == pthread_self(); }
+  void Lock() ACQUIRE() { pthread_mutex_lock(&m_mutex); }
+  void Unlock() RELEASE() { pthread_mutex_unlock(&m_mutex); }
 
  private:
   pthread_mutex_t m_mutex = PTHREAD_MUTEX_INITIALIZER;
-  std::atomic<pthread_t> m_owner{};
 };
 
 class SCOPED_CAPABILITY TavLock {

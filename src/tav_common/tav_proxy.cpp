@@ -10,7 +10,6 @@
 #include <exception>
 #include <utility>
 
-#include "tav_common/tav_cancellation.h"
 #include "tav_common/tav_log.h"
 #include "tav_common/tav_proxy_connection.h"
 #include "tav_common/tav_proxy_error.h"
@@ -95,7 +94,6 @@ CTAVGdbus::~CTAVGdbus() {
 }
 
 bool CTAVGdbus::GetProxy(const char* introspectionXml, GDBusInterfaceVTable vtable) {
-  const TavNoCancellation whole;
   TAV_LOGI("Start");
   // Before any lock: a thread of the parent may have held it.
   if (getpid() != m_nProcess) {
@@ -207,7 +205,6 @@ void CTAVGdbus::OnMonitorReady() {
 
 bool CTAVGdbus::MethodCall(const std::string& method, GVariant* parameters, GVariant** reply,
                            int timeoutMsec, int* timedOut) {
-  const TavNoCancellation whole;
   const GVariantPtr owned(parameters != nullptr ? g_variant_ref_sink(parameters) : nullptr);
   *reply = nullptr;
   std::string object_name;

@@ -39,6 +39,7 @@ int FlashSize() {
 }  // namespace
 
 bool GetBuiltInBlacklistSupport() {
+  const TavCall call;
   int grade = kEntryGrade;
   const int result =
       system_info_get_value_int(static_cast<system_info_key_e>(kDeviceGrade), &grade);
@@ -82,6 +83,7 @@ std::map<std::string, std::string> throwing::GetUnsupportedPkgList() {
 }
 
 std::map<std::string, std::string> GetUnsupportedPkgList() try {
+  const TavCall call;
   return throwing::GetUnsupportedPkgList();
 } catch (...) {
   AnswerException(__func__);

@@ -88,8 +88,9 @@ bool Contains(const std::vector<std::string>& ids, const std::string& id) {
 }  // namespace
 
 int GetBuiltInAppList(std::vector<_APPS_INNER_INFO_T>& list, bool bTestOnly) try {
+  const TavCall call;
   TAV_LOGI("GetBuiltInAppList start");
-  const TavLock lock(g_Mute);
+  const DatabaseLock lock;
   if (IsRecovering()) return kFailed;
 
   TestApps test_apps;
@@ -124,7 +125,8 @@ int GetBuiltInAppList(std::vector<_APPS_INNER_INFO_T>& list, bool bTestOnly) try
 }
 
 void GetBuiltInTestAppList(std::map<std::string, _APPS_INNER_INFO_T>& testApps) try {
-  const TavLock lock(g_Mute);
+  const TavCall call;
+  const DatabaseLock lock;
   TestApps added;
   ReadTestApps(added);
   testApps.merge(added);

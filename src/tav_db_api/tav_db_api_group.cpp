@@ -21,9 +21,10 @@ constexpr int kMemberInstalled = 0;
 constexpr int kMemberNotInstalled = 1;
 constexpr int kNoMember = 3;
 
-void FindMember(const char* list_key, const std::string& run_title, std::string& app_id,
-                int& state) {
-  const TavLock lock(g_Mute);
+void FindMember(const char* list_key, const std::string& run_title, std::string& app_id, int& state,
+                const LogPlace& place = LogPlace::Here()) try {
+  const TavCall call;
+  const DatabaseLock lock;
   std::string text;
   if (!GetConfigText(list_key, text)) return;
   TAV_LOGI("the runtitle list %s", text.c_str());
@@ -39,18 +40,16 @@ void FindMember(const char* list_key, const std::string& run_title, std::string&
   const bool is_installed = throwing::m_tav_get_app_info(id.c_str(), &info) == 0;
   app_id = std::move(id);
   state = is_installed ? kMemberInstalled : kMemberNotInstalled;
+} catch (...) {
+  AnswerException(place.function);
 }
 
 }  // namespace
 
-void GetAppIDFromAndroidGroupList(const std::string& runTitle, std::string& appId, int& state) try {
+void GetAppIDFromAndroidGroupList(const std::string& runTitle, std::string& appId, int& state) {
   FindMember(kAndroidGroupKey, runTitle, appId, state);
-} catch (...) {
-  AnswerException(__func__);
 }
 
-void GetAppIDFromAppGroupList(const std::string& runTitle, std::string& appId, int& state) try {
+void GetAppIDFromAppGroupList(const std::string& runTitle, std::string& appId, int& state) {
   FindMember(kAppGroupKey, runTitle, appId, state);
-} catch (...) {
-  AnswerException(__func__);
 }

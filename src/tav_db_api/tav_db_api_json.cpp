@@ -121,6 +121,7 @@ std::string Extra(app_control_h request, const char* key) {
 // The exported name fixes the parameters' types.
 // NOLINTNEXTLINE(performance-unnecessary-value-param)
 bool db_get_app_control_data(app_control_h app_control, std::string key, std::string& value) try {
+  const TavCall call;
   return ReadExtra(app_control, key.c_str(), value);
 } catch (...) {
   AnswerException(__func__);
@@ -128,6 +129,7 @@ bool db_get_app_control_data(app_control_h app_control, std::string key, std::st
 }
 
 int tav_get_app_info_json(const char* app_id, char** json) try {
+  const TavCall call;
   if (HasNull({app_id, json})) return kFailed;
   _APPS_INNER_INFO_T app;
   if (GetAppInnerInfo(app_id, &app) != 0) return kFailed;
@@ -139,6 +141,7 @@ int tav_get_app_info_json(const char* app_id, char** json) try {
 }
 
 int tav_get_app_list_json(app_control_h app_control, char** json) try {
+  const TavCall call;
   if (HasNull({json})) return kFailed;
   const std::string featured = Extra(app_control, "app_featured");
   const std::string view_mode = Extra(app_control, "view_mode");

@@ -112,6 +112,7 @@ unsigned int get_size_of_tav_app_filter_s(void) {
 }
 
 int tav_init_app_filter(tav_app_filter_s* filter) {
+  const TavCall call;
   if (HasNull({filter})) return kFailed;
   *filter = {1, 1, 2};
   return 0;
@@ -119,8 +120,9 @@ int tav_init_app_filter(tav_app_filter_s* filter) {
 
 int tav_get_app_list(tav_app_filter_s filter, tav_app_viewmode_e viewMode, int index, int count,
                      tav_app_info_s** appList, int* realCount) try {
+  const TavCall call;
   TAV_LOGI("Start");
-  const TavLock lock(g_Mute);
+  const DatabaseLock lock;
   return GetAppList(filter, viewMode, index, count, false, realCount, appList, nullptr);
 } catch (...) {
   return AnswerException(__func__);
@@ -128,14 +130,16 @@ int tav_get_app_list(tav_app_filter_s filter, tav_app_viewmode_e viewMode, int i
 
 int tav_get_app_list_dn(tav_app_filter_s* filter, tav_app_viewmode_e viewMode, int index, int count,
                         tav_app_info_s** appList, int* realCount) {
+  const TavCall call;
   return HasNull({filter}) ? kFailed
                            : tav_get_app_list(*filter, viewMode, index, count, appList, realCount);
 }
 
 int tav_get_app_list_ms(tav_app_filter_s filter, tav_app_viewmode_e viewMode, int index, int count,
                         tav_app_ms_s** msList, int* realCount) try {
+  const TavCall call;
   TAV_LOGI("Start");
-  const TavLock lock(g_Mute);
+  const DatabaseLock lock;
   return GetAppList(filter, viewMode, index, count, true, realCount, nullptr, msList);
 } catch (...) {
   return AnswerException(__func__);
@@ -143,8 +147,9 @@ int tav_get_app_list_ms(tav_app_filter_s filter, tav_app_viewmode_e viewMode, in
 
 // Counts by fetching, so that every rule of the lists holds for the count.
 int tav_get_app_count(tav_app_filter_s filter, int* count) try {
+  const TavCall call;
   TAV_LOGI("Start");
-  const TavLock lock(g_Mute);
+  const DatabaseLock lock;
   tav_app_info_s* list = nullptr;
   const int result =
       GetAppList(filter, TAV_APP_VIEWMODE_MOST_USED, 0, 0, false, count, &list, nullptr);
@@ -156,12 +161,14 @@ int tav_get_app_count(tav_app_filter_s filter, int* count) try {
 }
 
 int tav_get_app_count_dn(tav_app_filter_s* filter, int* count) {
+  const TavCall call;
   return HasNull({filter}) ? kFailed : tav_get_app_count(*filter, count);
 }
 
 int tav_get_all_app_list(tav_app_info_s** appList, int* count) try {
+  const TavCall call;
   TAV_LOGI("Start");
-  const TavLock lock(g_Mute);
+  const DatabaseLock lock;
   if (PlatformRefuses() || HasNull({appList, count})) return kFailed;
   Query query(" where is_app_available = ? and install_state = ? and is_need_reset = ?");
   query.Bind(kAvailable).Bind(kInstalled).Bind(kNotMarkedForReset);
@@ -173,8 +180,9 @@ int tav_get_all_app_list(tav_app_info_s** appList, int* count) try {
 }
 
 int tav_get_recently_used_app_list(int count, tav_app_info_s** appList, int* realCount) try {
+  const TavCall call;
   TAV_LOGI("Start");
-  const TavLock lock(g_Mute);
+  const DatabaseLock lock;
   if (PlatformRefuses() || HasNull({appList, realCount})) return kFailed;
   TAV_LOGI("count:[%d]", count);
   Query query(
@@ -194,8 +202,9 @@ int tav_get_recently_used_app_list(int count, tav_app_info_s** appList, int* rea
 // The key is a column's name and stands in the text as it is, by contract.
 int tav_get_key_list(const std::string& key, int count, tav_app_info_s** appList,
                      int* realCount) try {
+  const TavCall call;
   TAV_LOGI("Start, key:[%s],count:[%d]", key.c_str(), count);
-  const TavLock lock(g_Mute);
+  const DatabaseLock lock;
   if (PlatformRefuses() || HasNull({appList, realCount})) return kFailed;
   Query query("  where install_state = ? and is_app_available = ? and " + key +
               " = ? and is_need_reset = ?  ");
@@ -208,9 +217,10 @@ int tav_get_key_list(const std::string& key, int count, tav_app_info_s** appList
 }
 
 int tav_check_is_recently_used_app(const char* appId) try {
+  const TavCall call;
   if (IsNullOrEmpty(appId)) return kFailed;
   TAV_LOGI("check [%s] is recently used app or not", appId);
-  const TavLock lock(g_Mute);
+  const DatabaseLock lock;
   const int result = CheckUsage(appId, kOrderByLaunchDate);
   TAV_LOGI("app %s ,check is recently used app ret:%d.", appId, result);
   return result;
@@ -219,9 +229,10 @@ int tav_check_is_recently_used_app(const char* appId) try {
 }
 
 int tav_check_is_most_used_app(const char* appId) try {
+  const TavCall call;
   if (IsNullOrEmpty(appId)) return kFailed;
   TAV_LOGI("check [%s] is recently used app or not", appId);
-  const TavLock lock(g_Mute);
+  const DatabaseLock lock;
   const int result = CheckUsage(appId, kOrderByUseCount);
   TAV_LOGI("app %s ,check is most used app ret:%d.", appId, result);
   return result;

@@ -58,8 +58,9 @@ unsigned int get_size_of_tav_app_info_s(void) {
 }
 
 int tav_get_app_info(const char* app_id, tav_app_info_s* info) try {
+  const TavCall call;
   TAV_LOGI("Start to get [%s] info", Printable(app_id));
-  const TavLock lock(g_Mute);
+  const DatabaseLock lock;
   if (PlatformRefuses() || HasNull({app_id, info}) || IsEmpty(app_id, kAppIdIsEmpty))
     return kFailed;
 
@@ -79,6 +80,7 @@ int tav_get_app_info(const char* app_id, tav_app_info_s* info) try {
 }
 
 int tav_get_app_info_by_tizenid(const char* tizen_id, tav_app_info_s* info) {
+  const TavCall call;
   TAV_LOGI("Start,tizen id:[%s]", Printable(tizen_id));
   const int result = tav_get_app_info(tizen_id, info);
   TAV_LOGI("tizen_id:[%s] finish [%d]", Printable(tizen_id), result);
@@ -86,8 +88,9 @@ int tav_get_app_info_by_tizenid(const char* tizen_id, tav_app_info_s* info) {
 }
 
 int tav_get_app_info_by_runtitle(const char* run_title, tav_app_info_s* info) try {
+  const TavCall call;
   TAV_LOGI("Start, runtitile:[%s]", Printable(run_title));
-  const TavLock lock(g_Mute);
+  const DatabaseLock lock;
   if (PlatformRefuses() || HasNull({run_title, info}) || IsEmpty(run_title, kRunTitleIsEmpty)) {
     return kFailed;
   }
@@ -127,12 +130,16 @@ int GetAppInfoByRuntitle(tav_app_info_s* info, const char* run_title) {
 }  // namespace throwing
 
 int m_tav_get_app_info(const char* app_id, tav_app_info_s* info) try {
+  const TavCall call;
+  const TavRunningCall running;
   return throwing::m_tav_get_app_info(app_id, info);
 } catch (...) {
   return AnswerException(__func__);
 }
 
 int GetAppInfoByRuntitle(tav_app_info_s* info, const char* run_title) try {
+  const TavCall call;
+  const TavRunningCall running;
   return throwing::GetAppInfoByRuntitle(info, run_title);
 } catch (...) {
   return AnswerException(__func__);

@@ -114,7 +114,7 @@ MallocText PlatformEmanualId() {
 
 // The id that the database names, as a text of the caller's.
 int DatabaseEmanualId(char* id) {
-  const TavLock lock(g_Mute);
+  const DatabaseLock lock;
   const Query query = Query("  where name  = ? ").Bind("EMANUAL_ID");
   const int result = GetStrValueByKey(id, "", query.Condition(), kConfigTableType, query.Binds());
   if (result != 0) {
@@ -128,24 +128,27 @@ int DatabaseEmanualId(char* id) {
 }  // namespace
 
 int tav_is_isp_app(const char* appId) try {
+  const TavCall call;
   TAV_LOGI("Start,app_id:[%s]", Printable(appId));
-  const TavLock lock(g_Mute);
+  const DatabaseLock lock;
   return FlagOf(kIspBound, appId);
 } catch (...) {
   return AnswerException(__func__);
 }
 
 int tav_is_hybrid_app(const char* appId) try {
+  const TavCall call;
   TAV_LOGI("Start,app_id:[%s]", Printable(appId));
-  const TavLock lock(g_Mute);
+  const DatabaseLock lock;
   return FlagOf(kHybrid, appId);
 } catch (...) {
   return AnswerException(__func__);
 }
 
 int tav_check_is_usb_app(const char* appId) try {
+  const TavCall call;
   TAV_LOGI("Start,app_id:[%s]", Printable(appId));
-  const TavLock lock(g_Mute);
+  const DatabaseLock lock;
   int is_usb_app = 0;
   const int result = ReadColumn(kUsb, appId, &is_usb_app);
   TAV_LOGI("Finish,app_id:[%s],ret:[%d],iUsbApp:[%d]", Printable(appId), result, is_usb_app);
@@ -155,8 +158,9 @@ int tav_check_is_usb_app(const char* appId) try {
 }
 
 int tav_get_app_rating(const char* appId, int* rating) try {
+  const TavCall call;
   TAV_LOGI("Start,app_id:[%s]", Printable(appId));
-  const TavLock lock(g_Mute);
+  const DatabaseLock lock;
   const int result = ReadColumn(kRating, appId, rating);
   if (result == 0) TAV_LOGI("Finish, app_id:[%s] ,rating:[%d] ", appId, *rating);
   return result;
@@ -165,8 +169,9 @@ int tav_get_app_rating(const char* appId, int* rating) try {
 }
 
 int tav_get_pkgname_by_nativeid(const char* nativeId, char** pkgName) try {
+  const TavCall call;
   TAV_LOGI("Start,native_id:[%s]", Printable(nativeId));
-  const TavLock lock(g_Mute);
+  const DatabaseLock lock;
   if (PlatformRefuses() || HasNull({nativeId, pkgName}) ||
       IsEmpty(nativeId, "native_id is empty ")) {
     return kFailed;
@@ -179,9 +184,10 @@ int tav_get_pkgname_by_nativeid(const char* nativeId, char** pkgName) try {
 
 int tav_get_app_runtitle_by_ait_id(const char* aitOrgId, const char* aitAppId,
                                    char** runTitle) try {
+  const TavCall call;
   constexpr char kIsEmpty[] = "AIT_org_id or AIT_app_id is empty ";
   TAV_LOGI("Start,org_id:[%s],app_id:[%s]", Printable(aitOrgId), Printable(aitAppId));
-  const TavLock lock(g_Mute);
+  const DatabaseLock lock;
   if (PlatformRefuses() || HasNull({aitOrgId, aitAppId, runTitle}) || IsEmpty(aitOrgId, kIsEmpty) ||
       IsEmpty(aitAppId, kIsEmpty)) {
     return kFailed;
@@ -199,8 +205,9 @@ int tav_find_app(const char* aitOrgId, const char* aitAppId, char** runTitle) {
 }
 
 int tav_get_appid_by_runtitle(const char* runTitle, char** appId) try {
+  const TavCall call;
   TAV_LOGI("Start,runtitile:[%s]", Printable(runTitle));
-  const TavLock lock(g_Mute);
+  const DatabaseLock lock;
   if (HasNull({runTitle, appId})) return kFailed;
   tav_app_info_s info;
   const int result = throwing::GetAppInfoByRuntitle(&info, runTitle);
@@ -211,8 +218,9 @@ int tav_get_appid_by_runtitle(const char* runTitle, char** appId) try {
 }
 
 int tav_check_app_installed_by_runtitle(const char* runTitle, int* status) try {
+  const TavCall call;
   TAV_LOGI("Start,runtitile:[%s]", Printable(runTitle));
-  const TavLock lock(g_Mute);
+  const DatabaseLock lock;
   if (HasNull({runTitle, status}) || IsEmpty(runTitle, kRunTitleIsEmpty)) return kFailed;
   tav_app_info_s info;
   const int result = throwing::GetAppInfoByRuntitle(&info, runTitle);
@@ -225,6 +233,7 @@ int tav_check_app_installed_by_runtitle(const char* runTitle, int* status) try {
 }
 
 int tav_get_emanual_id(char** appId) try {
+  const TavCall call;
   TAV_LOGI("Start");
   if (appId == nullptr) {
     TAV_LOGW("in param is NULL");

@@ -37,6 +37,7 @@ void SayUnreadable(const char* key, const LogPlace& place) {
 
 // The out value is written on success alone: a getter that fails may have written its own.
 int GetInt(const char* key, int* value, const LogPlace& place = LogPlace::Here()) {
+  const TavCall call;
   if (HasNull({value}, place)) return kFailed;
   int read = 0;
   if (vconf_get_int(key, &read) != 0) {
@@ -50,6 +51,7 @@ int GetInt(const char* key, int* value, const LogPlace& place = LogPlace::Here()
 }  // namespace
 
 int tav_get_appkey(char** key) {
+  const TavCall call;
   if (HasNull({key})) return kFailed;
   if (ReadText(kAppKeyKey, key) != 0) {
     TAV_LOGE("Failed to get app key from [%s].", kAppKeyKey);
@@ -60,6 +62,7 @@ int tav_get_appkey(char** key) {
 }
 
 int tav_get_kestrana_ver(char** version) {
+  const TavCall call;
   if (HasNull({version})) return kFailed;
   if (ReadText(kVersionKey, version) != 0) {
     TAV_LOGE("Failed to get kestrana verison from [%s].", kVersionKey);
@@ -70,6 +73,7 @@ int tav_get_kestrana_ver(char** version) {
 }
 
 int tav_get_tv_sync_status(int* status) {
+  const TavCall call;
   const int result = GetInt(kSyncStatusKey, status);
   if (result == 0) TAV_LOGI("Finish,status:[%d]", *status);
   return result;
@@ -92,6 +96,7 @@ int tav_get_tav_boot_status(int* status) {
 }
 
 int tav_get_installed_appid(char** appId) {
+  const TavCall call;
   if (HasNull({appId})) return kFailed;
   const int result = ReadText(kInstalledAppKey, appId);
   if (result != 0) SayUnreadable(kInstalledAppKey, LogPlace::Here());
@@ -99,11 +104,13 @@ int tav_get_installed_appid(char** appId) {
 }
 
 int tav_get_extra_appid(...) {
+  const TavCall call;
   TAV_LOGW("deprecated api, doesnt support extra app in 5.0");
   return kFailed;
 }
 
 int tav_set_app_change(void) {
+  const TavCall call;
   if (vconf_set_int(kAppChangeKey, 1) == 0) {
     TAV_LOGW("Set app changed to vconf successfully.");
     return 0;
@@ -113,12 +120,13 @@ int tav_set_app_change(void) {
 }
 
 int tav_inner_config_db_api(const char* name, char** value) try {
+  const TavCall call;
   TAV_LOGI("tav_inner_config_db_api key %s", Printable(name));
   if (HasNull({name, value})) return 0;
   char* text = nullptr;
   int result;
   {
-    const TavLock lock(g_Mute);
+    const DatabaseLock lock;
     result = GetConfigTableValue(name, &text);
   }
   MallocText owner(text);
@@ -132,9 +140,10 @@ int tav_inner_config_db_api(const char* name, char** value) try {
 }
 
 int tav_get_tv_sync_state(int* state) try {
+  const TavCall call;
   TAV_LOGI("Start");
   if (HasNull({state})) return kFailed;
-  const TavLock lock(g_Mute);
+  const DatabaseLock lock;
   char value[TAV_TEXT_SIZE] = {};
   const Query query = Query("  where name  = ? ").Bind("SYNC_STATE");
   const int result =

@@ -47,6 +47,7 @@ void throwing::ParseStringToList(const std::string& text, const std::string& ite
 void ParseStringToList(std::string text, std::string itemSeparator, std::string pairSeparator,
                        std::map<std::string, std::string>& out) try {
   // NOLINTEND(performance-unnecessary-value-param)
+  const TavCall call;
   throwing::ParseStringToList(text, itemSeparator, pairSeparator, out);
 } catch (...) {
   AnswerException(__func__);

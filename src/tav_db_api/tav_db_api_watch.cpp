@@ -106,6 +106,7 @@ void Call(const Entry& entry, int key, keynode_t* node) try {
 }
 
 void tav_vconf_notify_cb(keynode_t* keynode, void* /*vconfUserData*/) try {
+  const TavCall call;
   TAV_LOGI("tav_vconf_notify_cb");
   const char* name = vconf_keynode_get_name(keynode);
   TAV_LOGI("callback for key %s", Printable(name));
@@ -129,7 +130,8 @@ void tav_vconf_notify_cb(keynode_t* keynode, void* /*vconfUserData*/) try {
 }
 
 int Register(int key, AnyCallback callback, void* user_data,
-             const LogPlace& place = LogPlace::Here()) {
+             const LogPlace& place = LogPlace::Here()) try {
+  const TavCall call;
   if (callback == nullptr) return kFailed;
   const WatchedKey* watched = FindKey(key, place);
   if (watched == nullptr) return kFailed;
@@ -153,9 +155,12 @@ int Register(int key, AnyCallback callback, void* user_data,
   // The text names a setting that is none of these, for every key: it is kept.
   TAV_LOGI_FOR(place, "cb for panel_display_time registered (%zd)", Address(callback));
   return 0;
+} catch (...) {
+  return AnswerException(place.function);
 }
 
 int Unregister(int key, AnyCallback callback, const LogPlace& place = LogPlace::Here()) {
+  const TavCall call;
   const WatchedKey* watched = FindKey(key, place);
   if (watched == nullptr) return kFailed;
   if (callback == nullptr) {
@@ -200,38 +205,28 @@ AnyCallback Any(Callback callback) {
 
 }  // namespace
 
-int tav_register_value_cb(tav_vconf_key_e key, int callback, void* userData) try {
+int tav_register_value_cb(tav_vconf_key_e key, int callback, void* userData) {
   return Register(key, FromInt(callback), userData);
-} catch (...) {
-  return AnswerException(__func__);
 }
 
 int tav_unregister_value_cb(tav_vconf_key_e key, int callback) {
   return Unregister(key, FromInt(callback));
 }
 
-int tav_register_factory_reset_type_changed_cb(tav_int_changed_cb callback, void* userData) try {
+int tav_register_factory_reset_type_changed_cb(tav_int_changed_cb callback, void* userData) {
   return Register(TAV_VCONF_KEY_FACTORY_RESET_TYPE, Any(callback), userData);
-} catch (...) {
-  return AnswerException(__func__);
 }
 
-int tav_register_appsync_start_changed_cb(tav_int_changed_cb callback, void* userData) try {
+int tav_register_appsync_start_changed_cb(tav_int_changed_cb callback, void* userData) {
   return Register(TAV_VCONF_KEY_APPSYNC_START, Any(callback), userData);
-} catch (...) {
-  return AnswerException(__func__);
 }
 
-int tav_register_homedeck_reset_status_changed_cb(tav_int_changed_cb callback, void* userData) try {
+int tav_register_homedeck_reset_status_changed_cb(tav_int_changed_cb callback, void* userData) {
   return Register(TAV_VCONF_KEY_HOMEDECK_RESET_STATUS, Any(callback), userData);
-} catch (...) {
-  return AnswerException(__func__);
 }
 
-int tav_register_installed_appid_changed_cb(tav_text_changed_cb callback, void* userData) try {
+int tav_register_installed_appid_changed_cb(tav_text_changed_cb callback, void* userData) {
   return Register(TAV_VCONF_KEY_INSTALLED_APPID, Any(callback), userData);
-} catch (...) {
-  return AnswerException(__func__);
 }
 
 int tav_unregister_factory_reset_type_changed_cb(tav_int_changed_cb callback) {

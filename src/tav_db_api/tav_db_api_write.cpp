@@ -46,13 +46,16 @@ void TellAppChange(const LogPlace& place = LogPlace::Here()) {
 
 // Asks for one of the changes that need no look at the app.
 int Change(const char* app_id, int (*request)(const char* app_id),
-           const LogPlace& place = LogPlace::Here()) {
+           const LogPlace& place = LogPlace::Here()) try {
+  const TavCall call;
   TAV_LOGI_FOR(place, "[tav db] [%s] update count", Printable(app_id));
   if (IsRecovering(place) || IsMissing(app_id, place)) return kFailed;
-  const TavLock lock(g_Mute);
+  const DatabaseLock lock;
   const int result = request(app_id);
   TAV_LOGI_FOR(place, "Finish,ret:[%d]", result);
   return result;
+} catch (...) {
+  return AnswerException(place.function);
 }
 
 // Whether one of the apps in the list is being updated.
@@ -74,10 +77,11 @@ bool IsRequiredAppUpdating(const char* app_id, const std::string& required) {
 }  // namespace
 
 int tav_get_ticker_mode(int* tickerMode) try {
+  const TavCall call;
   if (HasNull({tickerMode})) return kFailed;
   int result;
   {
-    const TavLock lock(g_Mute);
+    const DatabaseLock lock;
     result = GetTickerModeFromLaunch(tickerMode);
   }
   TAV_LOGI("Finish,ret:[%d],tickerMode:[%d]", result, result == 0 ? *tickerMode : 0);
@@ -87,10 +91,11 @@ int tav_get_ticker_mode(int* tickerMode) try {
 }
 
 int tav_set_ticker_mode(int tickerMode) try {
+  const TavCall call;
   TAV_LOGI("Start: tickerMode:[%d]", tickerMode);
   int result;
   {
-    const TavLock lock(g_Mute);
+    const DatabaseLock lock;
     result = SetTickerModeToLaunch(tickerMode);
   }
   TAV_LOGI("Finish,ret:[%d],tickerMode:[%d]", result, tickerMode);
@@ -100,8 +105,9 @@ int tav_set_ticker_mode(int tickerMode) try {
 }
 
 int tav_set_app_lock(const char* appId, int isLock) try {
+  const TavCall call;
   TAV_LOGI("Start");
-  const TavLock lock(g_Mute);
+  const DatabaseLock lock;
   if (RefusesChange(appId)) return kFailed;
   TAV_LOGI("app_id :[%s],is_lock:[%d]", appId, isLock);
   const int result = TavSetAppLock(appId, isLock);
@@ -117,8 +123,9 @@ int tav_set_app_lock(const char* appId, int isLock) try {
 }
 
 int tav_set_app_rating(const char* appId, int rating) try {
+  const TavCall call;
   TAV_LOGI("Start");
-  const TavLock lock(g_Mute);
+  const DatabaseLock lock;
   if (RefusesChange(appId)) return kFailed;
   TAV_LOGI("app_id :[%s],rating:[%d]", appId, rating);
   tav_app_info_s info;
@@ -140,19 +147,16 @@ int tav_set_app_rating(const char* appId, int rating) try {
   return AnswerException(__func__);
 }
 
-int tav_db_update_app_use_count(const char* appId) try {
+int tav_db_update_app_use_count(const char* appId) {
   return Change(appId, TavUpdateAppUseCount);
-} catch (...) {
-  return AnswerException(__func__);
 }
 
-int tav_db_set_app_updated(const char* appId) try {
+int tav_db_set_app_updated(const char* appId) {
   return Change(appId, TavSetAppUpdted);
-} catch (...) {
-  return AnswerException(__func__);
 }
 
 int tav_check_update_popup(const char* appId) try {
+  const TavCall call;
   TAV_LOGI("[tav db] check app need show update popup [%s]", Printable(appId));
   if (IsMissing(appId)) return kFailed;
   _APPS_INNER_INFO_T app;
@@ -169,6 +173,7 @@ int tav_check_update_popup(const char* appId) try {
 }
 
 int tav_db_check_app_installing(const char* appId) try {
+  const TavCall call;
   TAV_LOGI("[tav db] check app installing [%s]", Printable(appId));
   if (IsRecovering() || IsMissing(appId)) return kFailed;
   _APPS_INNER_INFO_T app;

@@ -104,8 +104,9 @@ int WriteApps(File file) REQUIRES(g_Mute) {
 }  // namespace
 
 int tav_write_all_app_info_to_xml(char** path) try {
+  const TavCall call;
   TAV_LOGI("Start");
-  const TavLock lock(g_Mute);
+  const DatabaseLock lock;
   if (PlatformRefuses() || HasNull({path})) return kFailed;
   *path = NewText("").release();
   if (*path == nullptr) {

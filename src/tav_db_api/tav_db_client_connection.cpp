@@ -7,7 +7,6 @@
 
 #include <chrono>
 
-#include "tav_common/tav_fork.h"
 #include "tav_db_api/tav_db_client_health.h"
 
 TavMutex g_Mute;
@@ -31,12 +30,7 @@ void FinalizeStatement() REQUIRES(g_Mute) {
   g_pStmt = nullptr;
 }
 
-// SQLite's rule for a child: what the parent has opened is neither used nor closed, since both
-// would go by locks that the child does not have. The child opens a connection of its own.
-void ForgetConnection() TAV_NO_THREAD_SAFETY_ANALYSIS {
-  g_pConnection = nullptr;
-  g_pStmt = nullptr;
-}
+pid_t g_nConnectionProcess = 0;  // which opened g_pConnection
 
 // A signal that arrives does not shorten the pause.
 void PauseBeforeRetry() {
@@ -47,8 +41,6 @@ void PauseBeforeRetry() {
   }
 }
 
-[[maybe_unused]] const bool g_bAreForksGuarded = GuardForks(g_Mute, ForgetConnection);
-
 }  // namespace
 
 std::string DatabasePath() {
@@ -58,10 +50,8 @@ std::string DatabasePath() {
 }
 
 int Connect(const std::string& path) {
-  if (IsForkedInACall()) {
-    TAV_LOGE("this process was forked in the middle of a call, and cannot use the database");
-    return kFailed;
-  }
+  // A connection of the parent's is neither used nor closed: the child does not own its locks.
+  if (g_nConnectionProcess != getpid()) g_pConnection = nullptr;
   if (g_pConnection != nullptr) {
     TAV_LOGI("Data base already connected");
     return 0;
@@ -69,6 +59,7 @@ int Connect(const std::string& path) {
   const int result = sqlite3_open_v2(path.c_str(), &g_pConnection,
                                      SQLITE_OPEN_READONLY | SQLITE_OPEN_NOMUTEX, nullptr);
   if (result == SQLITE_OK) {
+    g_nConnectionProcess = getpid();
     TAV_LOGI("Connected to DB");
     return 0;
   }

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "tav_common/tav_fork.h"
 #include "tav_common/tav_log.h"
 #include "tav_common/tav_mutex.h"
 #include "tav_db_api/tav_db_client_bind.h"
@@ -27,9 +28,22 @@ constexpr int kBusy = -2;
 
 // Serialises all database work of the process: exported functions hold it for their whole run.
 extern TavMutex g_Mute;
-// Opened by the first query, then kept for the life of the process. A forked child has none.
+// Opened by the first query, then kept for the life of the process. A forked child opens its own.
 extern sqlite3* g_pConnection GUARDED_BY(g_Mute);
 extern sqlite3_stmt* g_pStmt GUARDED_BY(g_Mute);
+
+// Holds g_Mute around a call's work with the database or the service. Throws in a child that was
+// forked while a thread of its parent did such work: see TavRunningCall.
+class SCOPED_CAPABILITY DatabaseLock {
+ public:
+  DatabaseLock() ACQUIRE(g_Mute) { g_Mute.Lock(); }
+  ~DatabaseLock() RELEASE() { g_Mute.Unlock(); }
+  DatabaseLock(const DatabaseLock&) = delete;
+  DatabaseLock& operator=(const DatabaseLock&) = delete;
+
+ private:
+  const TavRunningCall m_running;
+};
 
 // The database file of the platform: its directory as it is now, and the file's name.
 std::string DatabasePath();

@@ -66,7 +66,7 @@ int m_GetAppsTableInnerList(std::vector<_APPS_INNER_INFO_T>& list, const std::st
 
 int GetAppInnerInfo(const std::string& strAppID, _APPS_INNER_INFO_T* ptAppInfo) {
   TAV_LOGI("Start, app_id:[%s]", strAppID.c_str());
-  const TavLock lock(g_Mute);
+  const DatabaseLock lock;
   if (PlatformRefuses() || HasNull({ptAppInfo}) ||
       IsEmpty(strAppID.c_str(), "strAppID is empty ")) {
     return kFailed;
@@ -88,7 +88,7 @@ int GetAppInnerInfo(const std::string& strAppID, _APPS_INNER_INFO_T* ptAppInfo) 
 int GetTAVAppList(const std::string& featured, const std::string& view_mode, bool bAll,
                   std::vector<_APPS_INNER_INFO_T>& list) {
   TAV_LOGI("Start, app_featured:[%s], view_mode:[%s]", featured.c_str(), view_mode.c_str());
-  const TavLock lock(g_Mute);
+  const DatabaseLock lock;
   const int featured_bits = NumberOf(featured);
   const int order = NumberOf(view_mode);
   if (PlatformRefuses()) return kFailed;

@@ -3,7 +3,6 @@
 
 #include <sys/stat.h>
 
-#include "tav_common/tav_fork.h"
 #include "tav_common/tav_glib_handles.h"
 #include "tav_common/tav_log.h"
 #include "tav_common/tav_proxy.h"
@@ -27,10 +26,6 @@ bool IsText(const char* text) {
 
 // The proxy, when it is of use; null after a log.
 CTAVGdbus* ReadyProxy(const LogPlace& place = LogPlace::Here()) {
-  if (IsForkedInACall()) {
-    TAV_LOGE_FOR(place, "this process was forked in the middle of a call, and cannot use the bus");
-    return nullptr;
-  }
   CTAVGdbus* proxy = get_db_proxy();
   if (!proxy->GetProxy(kIntrospection, tav_db_vtable)) {
     TAV_LOGE_FOR(place, "get_db_proxy() error");

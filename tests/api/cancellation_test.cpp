@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 //
-// Threads that are cancelled while they use the settings or the library: each unwinds to its
-// end, and leaves nothing held behind.
+// Threads that are cancelled while they use the settings: each unwinds to its end, and leaves
+// nothing held behind.
 #include <gtest/gtest.h>
 #include <pthread.h>
 #include <system_info.h>
@@ -14,7 +14,6 @@
 #include <thread>
 
 #include "support/device.h"
-#include "tav_db_api.h"
 
 namespace {
 
@@ -105,18 +104,6 @@ TEST_F(CancelledThread, EndsInTheValuesOfTheDevice) {
     system_info_get_custom_int("key", &value);
   });
   EXPECT_EQ(OpenFiles(), files);
-}
-
-TEST_F(CancelledThread, EndsInALookupAndReleasesTheLock) {
-  device.Install(test::App("clock")).FactoryReset(1);  // refused, and so outside of SQLite
-  EndsWhileItRepeats([] {
-    tav_app_info_s mine;
-    tav_get_app_info_by_tizenid("clock", &mine);
-  });
-  device.FactoryReset(0);
-  tav_app_info_s info;
-  EXPECT_EQ(tav_get_app_info("clock", &info), 0);
-  EXPECT_STREQ(info.app_id, "clock");
 }
 
 }  // namespace

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "faults/outcome.h"
 
+#include <pthread.h>
+
 #include <algorithm>
 #include <cstddef>
 
@@ -53,9 +55,11 @@ bool IsInsideTheLibrary() {
 
 InsideTheLibrary::InsideTheLibrary() {
   ++t_library_depth;
+  pthread_setcancelstate(PTHREAD_CANCEL_ENABLE, &m_cancel_state);
 }
 
 InsideTheLibrary::~InsideTheLibrary() {
+  pthread_setcancelstate(m_cancel_state, nullptr);
   --t_library_depth;
 }
 

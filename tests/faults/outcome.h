@@ -60,6 +60,9 @@ class InsideTheLibrary {
   ~InsideTheLibrary();
   InsideTheLibrary(const InsideTheLibrary&) = delete;
   InsideTheLibrary& operator=(const InsideTheLibrary&) = delete;
+
+ private:
+  int m_cancel_state = 0;  // the thread's outside, which a test may have disabled
 };
 
 // Runs a call of the library and nothing else.

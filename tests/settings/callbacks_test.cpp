@@ -3,6 +3,7 @@
 // What callbacks may do during their call: register and unregister, themselves too, set settings,
 // throw.
 #include <gtest/gtest.h>
+#include <pthread.h>
 
 #include <stdexcept>
 #include <string>
@@ -226,6 +227,17 @@ TEST_P(Callback, ThatThrowsAfterItUnregisteredItselfIsGone) {
   });
   ExpectTold(5, everybody);
   ExpectTold(6, {"2 second", "3 third"});
+}
+
+TEST_P(Callback, RunsWithoutBeingCancelled) {
+  ASSERT_EQ(setting.add(1, &first), 0);
+  int state = PTHREAD_CANCEL_ENABLE;
+  Once(first, [&state] {
+    pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, &state);
+    pthread_setcancelstate(state, nullptr);
+  });
+  ExpectTold(5, {"1 first"});
+  EXPECT_EQ(state, PTHREAD_CANCEL_DISABLE);
 }
 
 INSTANTIATE_TEST_SUITE_P(OfEach, Callback, ::testing::ValuesIn(test::WatchedSettings()),

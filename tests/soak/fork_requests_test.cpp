@@ -124,10 +124,7 @@ TEST_F(ForkedRequests, HangNoChildThatIsForkedInTheMiddleOfThem) {
       try {
         if (number == 0) {
           for (int i = 0; i < 30; ++i) {
-            const std::string complaint = ForkedChild([] {
-                                            RequireRead();
-                                            RequireRefusals();
-                                          }).Complaint();
+            const std::string complaint = ForkedChild(RequireRefusals).Complaint();
             Require(complaint.empty(), "child " + std::to_string(i) + ": " + complaint);
           }
         } else {

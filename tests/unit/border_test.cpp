@@ -5,7 +5,6 @@
 
 #include <gtest/gtest.h>
 #include <pthread.h>
-#include <unistd.h>
 
 #include <new>
 #include <stdexcept>
@@ -37,19 +36,50 @@ TEST_F(Border, TurnsAnyExceptionIntoAFailureAndItsTextIntoALogLine) {
   EXPECT_TRUE(log.HasError("tav_exported failed"));
 }
 
-TEST_F(Border, LetsACancelledThreadUnwind) {
-  pthread_t thread;
-  const auto wait_for_ever = [](void*) -> void* {
-    Exported([]() -> int {
-      for (;;) pause();
-    });
+// Nested calls leave it to the outermost.
+TEST_F(Border, HoldsACancellationBackUntilTheCallReturns) {
+  int steps = 0;
+  const auto call_twice = [](void* steps_made) -> void* {
+    int& step = *static_cast<int*>(steps_made);
+    pthread_cancel(pthread_self());
+    {
+      const TavCall call;
+      Exported([]() -> int {
+        const TavCall nested;
+        throw std::runtime_error("logged by a cancelled thread");
+      });
+      pthread_testcancel();
+      ++step;
+    }
+    pthread_testcancel();
+    ++step;
     return nullptr;
   };
-  ASSERT_EQ(pthread_create(&thread, nullptr, wait_for_ever, nullptr), 0);
-  ASSERT_EQ(pthread_cancel(thread), 0);
+  pthread_t thread;
+  ASSERT_EQ(pthread_create(&thread, nullptr, call_twice, &steps), 0);
   void* result = nullptr;
   ASSERT_EQ(pthread_join(thread, &result), 0);
   EXPECT_EQ(result, PTHREAD_CANCELED);
+  EXPECT_EQ(steps, 1);
+  EXPECT_TRUE(log.HasError("tav_exported failed: logged by a cancelled thread"));
+}
+
+// The function's own TavCall has ended when its handler runs.
+TEST_F(Border, LogsTheExceptionOfACancelledThreadWhole) {
+  const auto fail = [](void* answer) -> void* {
+    pthread_cancel(pthread_self());
+    *static_cast<int*>(answer) = Exported([]() -> int { throw std::bad_alloc(); });
+    pthread_testcancel();
+    return nullptr;
+  };
+  int answer = 0;
+  pthread_t thread;
+  ASSERT_EQ(pthread_create(&thread, nullptr, fail, &answer), 0);
+  void* result = nullptr;
+  ASSERT_EQ(pthread_join(thread, &result), 0);
+  EXPECT_EQ(result, PTHREAD_CANCELED);
+  EXPECT_EQ(answer, -1);
+  EXPECT_TRUE(log.HasError("tav_exported failed: std::bad_alloc"));
 }
 
 TEST_F(Border, TellsAnyNullArgument) {
