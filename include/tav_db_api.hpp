@@ -39,8 +39,8 @@
  * Ownership. Lists and texts are owned by List and Text, which free the library's block: nothing
  *   is copied, and a record is filled where its Result lies.
  *
- * Exceptions. Nothing throws, unless its comment says so, and programs without exceptions or
- *   run-time types use it as well.
+ * Exceptions. Nothing throws, unless its comment says so, and the calls are noexcept. Programs
+ *   without exceptions or run-time types use it as well.
  *
  * Names. Those of the C interface, as C++ spells them: tav_get_app_info is tav::GetAppInfo.
  *   Members are named in the way of the standard library.

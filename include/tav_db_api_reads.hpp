@@ -73,7 +73,7 @@ inline tav_app_viewmode_e ToC(ViewMode mode) noexcept {
  * \return The record, all zero after any failure.
  * \see tav_get_app_info
  */
-inline Result<AppInfo> GetAppInfo(TextView app_id) {
+inline Result<AppInfo> GetAppInfo(TextView app_id) noexcept {
   return detail::Read<AppInfo>(
       [&](AppInfo* info) { return tav_get_app_info(app_id.data(), info); });
 }
@@ -84,7 +84,7 @@ inline Result<AppInfo> GetAppInfo(TextView app_id) {
  * \return The record, all zero after any failure.
  * \see tav_get_app_info_by_tizenid
  */
-inline Result<AppInfo> GetAppInfoByTizenId(TextView tizen_id) {
+inline Result<AppInfo> GetAppInfoByTizenId(TextView tizen_id) noexcept {
   return detail::Read<AppInfo>(
       [&](AppInfo* info) { return tav_get_app_info_by_tizenid(tizen_id.data(), info); });
 }
@@ -95,7 +95,7 @@ inline Result<AppInfo> GetAppInfoByTizenId(TextView tizen_id) {
  * \return The record, all zero after any failure.
  * \see tav_get_app_info_by_runtitle
  */
-inline Result<AppInfo> GetAppInfoByRunTitle(TextView run_title) {
+inline Result<AppInfo> GetAppInfoByRunTitle(TextView run_title) noexcept {
   return detail::Read<AppInfo>(
       [&](AppInfo* info) { return tav_get_app_info_by_runtitle(run_title.data(), info); });
 }
@@ -107,7 +107,7 @@ inline Result<AppInfo> GetAppInfoByRunTitle(TextView run_title) {
  * \return The filter.
  * \see tav_init_app_filter
  */
-[[nodiscard]] inline Filter InitAppFilter() {
+[[nodiscard]] inline Filter InitAppFilter() noexcept {
   tav_app_filter_s filter = {};
   (void)tav_init_app_filter(&filter);  // which refuses a null pointer alone
   return {static_cast<Featured>(filter.featured), static_cast<AppTypes>(filter.app_type),
@@ -125,7 +125,7 @@ inline Result<AppInfo> GetAppInfoByRunTitle(TextView run_title) {
  * \see tav_get_app_list
  */
 inline Result<AppList> GetAppList(const Filter& filter = {}, ViewMode mode = ViewMode::kCatalogue,
-                                  Page page = {}) {
+                                  Page page = {}) noexcept {
   return detail::ReadList<AppInfo>([&](AppInfo** list, int* count) {
     return tav_get_app_list(detail::ToC(filter), detail::ToC(mode), page.index, page.count, list,
                             count);
@@ -141,7 +141,7 @@ inline Result<AppList> GetAppList(const Filter& filter = {}, ViewMode mode = Vie
  * \see tav_get_app_list_dn
  */
 inline Result<AppList> GetAppListDn(const Filter* filter, ViewMode mode = ViewMode::kCatalogue,
-                                    Page page = {}) {
+                                    Page page = {}) noexcept {
   tav_app_filter_s copy = filter != nullptr ? detail::ToC(*filter) : tav_app_filter_s();
   return detail::ReadList<AppInfo>([&](AppInfo** list, int* count) {
     return tav_get_app_list_dn(filter != nullptr ? &copy : nullptr, detail::ToC(mode), page.index,
@@ -158,7 +158,8 @@ inline Result<AppList> GetAppListDn(const Filter* filter, ViewMode mode = ViewMo
  * \see tav_get_app_list_ms
  */
 inline Result<MultiScreenList> GetAppListMs(const Filter& filter = {},
-                                            ViewMode mode = ViewMode::kCatalogue, Page page = {}) {
+                                            ViewMode mode = ViewMode::kCatalogue,
+                                            Page page = {}) noexcept {
   return detail::ReadList<MultiScreenApp>([&](MultiScreenApp** list, int* count) {
     return tav_get_app_list_ms(detail::ToC(filter), detail::ToC(mode), page.index, page.count, list,
                                count);
@@ -171,7 +172,7 @@ inline Result<MultiScreenList> GetAppListMs(const Filter& filter = {},
  * \return The number.
  * \see tav_get_app_count
  */
-inline Result<int> GetAppCount(const Filter& filter = {}) {
+inline Result<int> GetAppCount(const Filter& filter = {}) noexcept {
   return detail::Read<int>(
       [&](int* count) { return tav_get_app_count(detail::ToC(filter), count); });
 }
@@ -182,7 +183,7 @@ inline Result<int> GetAppCount(const Filter& filter = {}) {
  * \return The number.
  * \see tav_get_app_count_dn
  */
-inline Result<int> GetAppCountDn(const Filter* filter) {
+inline Result<int> GetAppCountDn(const Filter* filter) noexcept {
   tav_app_filter_s copy = filter != nullptr ? detail::ToC(*filter) : tav_app_filter_s();
   return detail::Read<int>(
       [&](int* count) { return tav_get_app_count_dn(filter != nullptr ? &copy : nullptr, count); });
@@ -193,7 +194,7 @@ inline Result<int> GetAppCountDn(const Filter* filter) {
  * \return As for GetAppList.
  * \see tav_get_all_app_list
  */
-inline Result<AppList> GetAllAppList() {
+inline Result<AppList> GetAllAppList() noexcept {
   return detail::ReadList<AppInfo>(tav_get_all_app_list);
 }
 
@@ -203,7 +204,7 @@ inline Result<AppList> GetAllAppList() {
  * \return As for GetAppList.
  * \see tav_get_recently_used_app_list
  */
-inline Result<AppList> GetRecentlyUsedAppList(int count = 0) {
+inline Result<AppList> GetRecentlyUsedAppList(int count = 0) noexcept {
   return detail::ReadList<AppInfo>([&](AppInfo** list, int* real_count) {
     return tav_get_recently_used_app_list(count, list, real_count);
   });
@@ -217,7 +218,7 @@ inline Result<AppList> GetRecentlyUsedAppList(int count = 0) {
  * \return As for GetAppList.
  * \see tav_get_key_list
  */
-inline Result<AppList> GetKeyList(const std::string& key, int count = 0) {
+inline Result<AppList> GetKeyList(const std::string& key, int count = 0) noexcept {
   return detail::ReadList<AppInfo>([&](AppInfo** list, int* real_count) {
     return tav_get_key_list(key, count, list, real_count);
   });
@@ -229,7 +230,7 @@ inline Result<AppList> GetKeyList(const std::string& key, int count = 0) {
  * \return The answer.
  * \see tav_check_is_recently_used_app
  */
-inline Answer CheckIsRecentlyUsedApp(TextView app_id) {
+inline Answer CheckIsRecentlyUsedApp(TextView app_id) noexcept {
   return static_cast<Answer>(tav_check_is_recently_used_app(app_id.data()));
 }
 
@@ -239,7 +240,7 @@ inline Answer CheckIsRecentlyUsedApp(TextView app_id) {
  * \return The answer.
  * \see tav_check_is_most_used_app
  */
-inline Answer CheckIsMostUsedApp(TextView app_id) {
+inline Answer CheckIsMostUsedApp(TextView app_id) noexcept {
   return static_cast<Answer>(tav_check_is_most_used_app(app_id.data()));
 }
 
@@ -251,7 +252,7 @@ inline Answer CheckIsMostUsedApp(TextView app_id) {
  * \return The answer.
  * \see tav_is_isp_app
  */
-inline Answer IsIspApp(TextView app_id) {
+inline Answer IsIspApp(TextView app_id) noexcept {
   return static_cast<Answer>(tav_is_isp_app(app_id.data()));
 }
 
@@ -261,7 +262,7 @@ inline Answer IsIspApp(TextView app_id) {
  * \return The answer.
  * \see tav_is_hybrid_app
  */
-inline Answer IsHybridApp(TextView app_id) {
+inline Answer IsHybridApp(TextView app_id) noexcept {
   return static_cast<Answer>(tav_is_hybrid_app(app_id.data()));
 }
 
@@ -271,7 +272,7 @@ inline Answer IsHybridApp(TextView app_id) {
  * \return Whether it did.
  * \see tav_check_is_usb_app
  */
-inline Result<bool> CheckIsUsbApp(TextView app_id) {
+inline Result<bool> CheckIsUsbApp(TextView app_id) noexcept {
   const int mark = tav_check_is_usb_app(app_id.data());
   return {mark < 0 ? static_cast<Status>(mark) : Status::kOk, mark > 0};
 }
@@ -282,7 +283,7 @@ inline Result<bool> CheckIsUsbApp(TextView app_id) {
  * \return The rating.
  * \see tav_get_app_rating
  */
-inline Result<int> GetAppRating(TextView app_id) {
+inline Result<int> GetAppRating(TextView app_id) noexcept {
   return detail::Read<int>([&](int* rating) { return tav_get_app_rating(app_id.data(), rating); });
 }
 
@@ -292,7 +293,7 @@ inline Result<int> GetAppRating(TextView app_id) {
  * \return The package name, at most 127 bytes.
  * \see tav_get_pkgname_by_nativeid
  */
-inline Result<Text> GetPkgnameByNativeId(TextView native_id) {
+inline Result<Text> GetPkgnameByNativeId(TextView native_id) noexcept {
   return detail::ReadText(
       [&](char** text) { return tav_get_pkgname_by_nativeid(native_id.data(), text); });
 }
@@ -304,7 +305,7 @@ inline Result<Text> GetPkgnameByNativeId(TextView native_id) {
  * \return The run title, at most 127 bytes.
  * \see tav_get_app_runtitle_by_ait_id
  */
-inline Result<Text> GetAppRunTitleByAitId(TextView org_id, TextView app_id) {
+inline Result<Text> GetAppRunTitleByAitId(TextView org_id, TextView app_id) noexcept {
   return detail::ReadText([&](char** text) {
     return tav_get_app_runtitle_by_ait_id(org_id.data(), app_id.data(), text);
   });
@@ -317,7 +318,7 @@ inline Result<Text> GetAppRunTitleByAitId(TextView org_id, TextView app_id) {
  * \return The run title, at most 127 bytes.
  * \see tav_find_app
  */
-inline Result<Text> FindApp(TextView org_id, TextView app_id) {
+inline Result<Text> FindApp(TextView org_id, TextView app_id) noexcept {
   return detail::ReadText(
       [&](char** text) { return tav_find_app(org_id.data(), app_id.data(), text); });
 }
@@ -328,7 +329,7 @@ inline Result<Text> FindApp(TextView org_id, TextView app_id) {
  * \return The id, at most 127 bytes.
  * \see tav_get_appid_by_runtitle
  */
-inline Result<Text> GetAppIdByRunTitle(TextView run_title) {
+inline Result<Text> GetAppIdByRunTitle(TextView run_title) noexcept {
   return detail::ReadText(
       [&](char** text) { return tav_get_appid_by_runtitle(run_title.data(), text); });
 }
@@ -339,7 +340,7 @@ inline Result<Text> GetAppIdByRunTitle(TextView run_title) {
  * \return Whether one is; false also while reads are refused or the database is not usable.
  * \see tav_check_app_installed_by_runtitle
  */
-inline Result<bool> CheckAppInstalledByRunTitle(TextView run_title) {
+inline Result<bool> CheckAppInstalledByRunTitle(TextView run_title) noexcept {
   int is_missing = 1;
   const int result = tav_check_app_installed_by_runtitle(run_title.data(), &is_missing);
   return {static_cast<Status>(result), is_missing == 0};
@@ -350,7 +351,7 @@ inline Result<bool> CheckAppInstalledByRunTitle(TextView run_title) {
  * \return The id; the database's may be "NONE".
  * \see tav_get_emanual_id
  */
-inline Result<Text> GetEmanualId() {
+inline Result<Text> GetEmanualId() noexcept {
   return detail::ReadText(tav_get_emanual_id);
 }
 

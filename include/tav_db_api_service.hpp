@@ -23,7 +23,7 @@ namespace tav {
  * \return The mode.
  * \see tav_get_ticker_mode
  */
-inline Result<int> GetTickerMode() {
+inline Result<int> GetTickerMode() noexcept {
   return detail::Read<int>(tav_get_ticker_mode);
 }
 
@@ -33,7 +33,7 @@ inline Result<int> GetTickerMode() {
  * \return The status.
  * \see tav_set_ticker_mode
  */
-inline Status SetTickerMode(int mode) {
+inline Status SetTickerMode(int mode) noexcept {
   return static_cast<Status>(tav_set_ticker_mode(mode));
 }
 
@@ -44,7 +44,7 @@ inline Status SetTickerMode(int mode) {
  * \return The status; kOk also when only the telling failed.
  * \see tav_set_app_lock
  */
-inline Status SetAppLock(TextView app_id, bool is_locked) {
+inline Status SetAppLock(TextView app_id, bool is_locked) noexcept {
   return static_cast<Status>(tav_set_app_lock(app_id.data(), is_locked ? 1 : 0));
 }
 
@@ -61,7 +61,7 @@ Status SetAppLock(TextView app_id, NoBool is_locked) = delete;
  * \return The status.
  * \see tav_set_app_rating
  */
-inline Status SetAppRating(TextView app_id, int rating) {
+inline Status SetAppRating(TextView app_id, int rating) noexcept {
   return static_cast<Status>(tav_set_app_rating(app_id.data(), rating));
 }
 
@@ -71,7 +71,7 @@ inline Status SetAppRating(TextView app_id, int rating) {
  * \return The status.
  * \see tav_db_update_app_use_count
  */
-inline Status UpdateAppUseCount(TextView app_id) {
+inline Status UpdateAppUseCount(TextView app_id) noexcept {
   return static_cast<Status>(tav_db_update_app_use_count(app_id.data()));
 }
 
@@ -81,7 +81,7 @@ inline Status UpdateAppUseCount(TextView app_id) {
  * \return The status.
  * \see tav_db_set_app_updated
  */
-inline Status SetAppUpdated(TextView app_id) {
+inline Status SetAppUpdated(TextView app_id) noexcept {
   return static_cast<Status>(tav_db_set_app_updated(app_id.data()));
 }
 
@@ -91,7 +91,7 @@ inline Status SetAppUpdated(TextView app_id) {
  * \return The answer; kYes also while the database is busy.
  * \see tav_check_update_popup
  */
-inline Answer CheckUpdatePopup(TextView app_id) {
+inline Answer CheckUpdatePopup(TextView app_id) noexcept {
   return static_cast<Answer>(tav_check_update_popup(app_id.data()));
 }
 
@@ -101,7 +101,7 @@ inline Answer CheckUpdatePopup(TextView app_id) {
  * \return The answer; kNo also while the database is busy.
  * \see tav_db_check_app_installing
  */
-inline Answer CheckAppInstalling(TextView app_id) {
+inline Answer CheckAppInstalling(TextView app_id) noexcept {
   return static_cast<Answer>(tav_db_check_app_installing(app_id.data()));
 }
 
@@ -113,7 +113,7 @@ inline Answer CheckAppInstalling(TextView app_id) {
  * \return The JSON text.
  * \see tav_get_app_info_json
  */
-inline Result<Text> GetAppInfoJson(TextView app_id) {
+inline Result<Text> GetAppInfoJson(TextView app_id) noexcept {
   return detail::ReadText([&](char** text) { return tav_get_app_info_json(app_id.data(), text); });
 }
 
@@ -124,7 +124,7 @@ inline Result<Text> GetAppInfoJson(TextView app_id) {
  * \return The JSON text, or a Text without one when there is no app.
  * \see tav_get_app_list_json
  */
-inline Result<Text> GetAppListJson(::app_control_s* app_control) {
+inline Result<Text> GetAppListJson(::app_control_s* app_control) noexcept {
   return detail::ReadText([&](char** text) { return tav_get_app_list_json(app_control, text); });
 }
 
@@ -134,7 +134,7 @@ inline Result<Text> GetAppListJson(::app_control_s* app_control) {
  * leave the file truncated.
  * \see tav_write_all_app_info_to_xml
  */
-inline Result<Text> WriteAllAppInfoToXml() {
+inline Result<Text> WriteAllAppInfoToXml() noexcept {
   return detail::ReadText(tav_write_all_app_info_to_xml);
 }
 
@@ -160,7 +160,7 @@ inline Result<std::string> GetAppControlData(::app_control_s* app_control, std::
  * \return The value; kFailed when the setting is missing or of another type.
  * \see tav_get_appkey
  */
-inline Result<Text> GetAppkey() {
+inline Result<Text> GetAppkey() noexcept {
   return detail::ReadText(tav_get_appkey);
 }
 
@@ -169,7 +169,7 @@ inline Result<Text> GetAppkey() {
  * \return The value; kFailed when the setting is missing or of another type.
  * \see tav_get_kestrana_ver
  */
-inline Result<Text> GetKestranaVer() {
+inline Result<Text> GetKestranaVer() noexcept {
   return detail::ReadText(tav_get_kestrana_ver);
 }
 
@@ -178,7 +178,7 @@ inline Result<Text> GetKestranaVer() {
  * \return The value; kFailed when the setting is missing or of another type.
  * \see tav_get_tv_sync_status
  */
-inline Result<int> GetTvSyncStatus() {
+inline Result<int> GetTvSyncStatus() noexcept {
   return detail::Read<int>(tav_get_tv_sync_status);
 }
 
@@ -188,7 +188,7 @@ inline Result<int> GetTvSyncStatus() {
  * \return The value; kFailed when the setting is missing or of another type.
  * \see tav_get_factory_reset_type
  */
-inline Result<int> GetFactoryResetType() {
+inline Result<int> GetFactoryResetType() noexcept {
   return detail::Read<int>(tav_get_factory_reset_type);
 }
 
@@ -197,7 +197,7 @@ inline Result<int> GetFactoryResetType() {
  * \return The value; kFailed when the setting is missing or of another type.
  * \see tav_get_appsync_start_status
  */
-inline Result<int> GetAppsyncStartStatus() {
+inline Result<int> GetAppsyncStartStatus() noexcept {
   return detail::Read<int>(tav_get_appsync_start_status);
 }
 
@@ -206,7 +206,7 @@ inline Result<int> GetAppsyncStartStatus() {
  * \return The value; kFailed when the setting is missing or of another type.
  * \see tav_get_homedeck_reset_status
  */
-inline Result<int> GetHomedeckResetStatus() {
+inline Result<int> GetHomedeckResetStatus() noexcept {
   return detail::Read<int>(tav_get_homedeck_reset_status);
 }
 
@@ -215,7 +215,7 @@ inline Result<int> GetHomedeckResetStatus() {
  * \return The value; kFailed when the setting is missing or of another type.
  * \see tav_get_tav_boot_status
  */
-inline Result<int> GetTavBootStatus() {
+inline Result<int> GetTavBootStatus() noexcept {
   return detail::Read<int>(tav_get_tav_boot_status);
 }
 
@@ -224,7 +224,7 @@ inline Result<int> GetTavBootStatus() {
  * \return The value; kFailed when the setting is missing or of another type.
  * \see tav_get_installed_appid
  */
-inline Result<Text> GetInstalledAppId() {
+inline Result<Text> GetInstalledAppId() noexcept {
   return detail::ReadText(tav_get_installed_appid);
 }
 
@@ -243,7 +243,7 @@ inline Result<Text> GetInstalledAppId() {
  * \return The status; kFailed when the setting cannot be written.
  * \see tav_set_app_change
  */
-inline Status SetAppChange() {
+inline Status SetAppChange() noexcept {
   return static_cast<Status>(tav_set_app_change());
 }
 
@@ -253,7 +253,7 @@ inline Status SetAppChange() {
  * \return The value, or no text when there is none or it cannot be read.
  * \see tav_inner_config_db_api
  */
-[[nodiscard]] inline Text InnerConfig(TextView name) {
+[[nodiscard]] inline Text InnerConfig(TextView name) noexcept {
   char* value = nullptr;
   (void)tav_inner_config_db_api(name.data(), &value);  // which is always 0
   return Text(value);
@@ -264,7 +264,7 @@ inline Status SetAppChange() {
  * \return The value.
  * \see tav_get_tv_sync_state
  */
-inline Result<int> GetTvSyncState() {
+inline Result<int> GetTvSyncState() noexcept {
   return detail::Read<int>(tav_get_tv_sync_state);
 }
 

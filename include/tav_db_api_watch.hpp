@@ -24,11 +24,6 @@
 #include <type_traits>
 #include <utility>
 
-// GNU's standard library unwinds a cancelled thread with an exception.
-#if defined(__GLIBCXX__)
-#include <cxxabi.h>
-#endif
-
 namespace tav {
 
 /** \cond */
@@ -152,10 +147,6 @@ class Chain {
 #if defined(__cpp_exceptions)
       try {
         link->Call(value);
-#if defined(__GLIBCXX__)
-      } catch (abi::__forced_unwind&) {
-        throw;  // a cancelled thread
-#endif
       } catch (...) {
         if (thrown == nullptr) thrown = std::current_exception();
       }

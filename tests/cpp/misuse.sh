@@ -36,19 +36,6 @@ for header in tav_db_api tav_db_api_reads tav_db_api_service tav_db_api_types ta
   done
 done
 
-# A standard library other than GNU's has no exception of its own for a cancelled thread.
-"$compiler" -std=c++17 -fsyntax-only -x c++ -Wall -Wextra -Wpedantic -Werror "-I$include" - <<'END'
-#include <tav_db_api_reads.hpp>
-#include <exception>
-#include <new>
-#undef __GLIBCXX__
-#include <tav_db_api_watch.hpp>
-#if defined(_CXXABI_H)
-#error "<cxxabi.h> was asked for"
-#endif
-auto watch = tav::WatchFactoryResetType([](int) {});
-END
-
 accepted <<'END'
 std::string First() {
   for (const tav::AppInfo& app : tav::GetAppList().value()) return app.app_id;
