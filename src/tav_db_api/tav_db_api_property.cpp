@@ -60,15 +60,21 @@ int ReadColumn(const IntegerColumn& column, const char* app_id, int* value,
   return 0;
 }
 
-// 0 when the app's flag is set, -1 when it is clear, else what reading it gave.
+// The whole of an exported question: 0 when the app's flag is set, -1 when it is clear, else what
+// reading it gave.
 int FlagOf(const IntegerColumn& column, const char* app_id,
-           const LogPlace& place = LogPlace::Here()) REQUIRES(g_Mute) {
+           const LogPlace& place = LogPlace::Here()) try {
+  const TavCall call;
+  TAV_LOGI_FOR(place, "Start,app_id:[%s]", Printable(app_id));
+  const DatabaseLock lock;
   int value = 0;
   int result = ReadColumn(column, app_id, &value, place);
   if (result != 0) return result;
   result = value != 0 ? 0 : kFailed;
-  TAV_LOGI("Finish,app_id:[%s],result:[%d]", app_id, result);
+  TAV_LOGI_FOR(place, "Finish,app_id:[%s],result:[%d]", app_id, result);
   return result;
+} catch (...) {
+  return AnswerException(place.function);
 }
 
 // Gives the caller a new block of TAV_TEXT_SIZE bytes with the text.
@@ -127,22 +133,12 @@ int DatabaseEmanualId(char* id) {
 
 }  // namespace
 
-int tav_is_isp_app(const char* appId) try {
-  const TavCall call;
-  TAV_LOGI("Start,app_id:[%s]", Printable(appId));
-  const DatabaseLock lock;
+int tav_is_isp_app(const char* appId) {
   return FlagOf(kIspBound, appId);
-} catch (...) {
-  return AnswerException(__func__);
 }
 
-int tav_is_hybrid_app(const char* appId) try {
-  const TavCall call;
-  TAV_LOGI("Start,app_id:[%s]", Printable(appId));
-  const DatabaseLock lock;
+int tav_is_hybrid_app(const char* appId) {
   return FlagOf(kHybrid, appId);
-} catch (...) {
-  return AnswerException(__func__);
 }
 
 int tav_check_is_usb_app(const char* appId) try {
