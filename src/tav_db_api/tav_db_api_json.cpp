@@ -90,7 +90,6 @@ int Deliver(const std::string& text, char** json) {
     TAV_LOGE("failed to malloc json");
     return kFailed;
   }
-  LogInPieces(text);
   *json = copy.release();
   return 0;
 }
@@ -135,7 +134,10 @@ int tav_get_app_info_json(const char* app_id, char** json) try {
   if (GetAppInnerInfo(app_id, &app) != 0) return kFailed;
   Json::Value root;
   root["app_info"].append(FullObject(app));
-  return Deliver(Render(root), json);
+  const std::string text = Render(root);
+  const int result = Deliver(text, json);
+  if (result == 0) LogInPieces(text);
+  return result;
 } catch (...) {
   return AnswerException(__func__);
 }

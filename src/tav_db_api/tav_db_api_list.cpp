@@ -26,6 +26,7 @@ struct FixedList {
   const char* is_empty;
   const char* order;
   bool is_last_download;
+  bool is_size_told;  // whether its size is logged before it is read
   ListComplaints complaints;
 };
 
@@ -35,6 +36,7 @@ constexpr FixedList kAllApps = {0,
                                 "count is 0 ",
                                 kOrderByIndex,
                                 true,
+                                false,
                                 {"failed to malloc app_list", "failed to get app list"}};
 
 // The complaint about the list is the one about the count: deliberate, and kept.
@@ -44,6 +46,7 @@ constexpr FixedList kRecentApps = {0,
                                    "real_count is 0 ",
                                    kOrderByLaunchDate,
                                    false,
+                                   true,
                                    {"Failed to malloc app_list", "get app count fail "}};
 
 constexpr FixedList kKeyApps = {1,
@@ -52,9 +55,11 @@ constexpr FixedList kKeyApps = {1,
                                 "real_count is 0 ",
                                 "",
                                 false,
+                                false,
                                 {"Failed to malloc app_list", "get app list fail "}};
 
-// Reads the apps that match query, at most `most` of them when that is above 0.
+// Reads the apps that match query, at most `most` of them when that is above 0. When there is
+// none, its line ends the call: *real_count is 0 and the status too.
 int GetFixedList(const FixedList& kind, Query query, int most, tav_app_info_s** list,
                  int* real_count, const LogPlace& place = LogPlace::Here()) REQUIRES(g_Mute) {
   const int counted =
@@ -67,16 +72,18 @@ int GetFixedList(const FixedList& kind, Query query, int most, tav_app_info_s** 
   const int matching = *real_count;
   *real_count = 0;  // until the list is the caller's
   if (matching == 0) {
-    TAV_LOGI("%s", kind.is_empty);
+    TAV_LOGI_FOR(place, "%s", kind.is_empty);
     return 0;
   }
   if (matching < 0) {
-    TAV_LOGE("count is <=0, it's wrong");
+    TAV_LOGE_FOR(place, "count is <=0, it's wrong");
     return kFailed;
   }
-  TAV_LOGI("before set,in_param count: %d,real_count:%d", most, matching);
   const int size = most > 0 && matching > most ? most : matching;
-  TAV_LOGI("before set,real_count: %d", size);
+  if (kind.is_size_told) {
+    TAV_LOGI_FOR(place, "before set,in_param count: %d,real_count:%d", most, matching);
+    TAV_LOGI_FOR(place, "before set,real_count: %d", size);
+  }
   query.Append(kind.order);
   return DeliverList(size, list, real_count, kind.complaints,
                      [&](tav_app_info_s* records) REQUIRES(g_Mute) {
@@ -154,7 +161,7 @@ int tav_get_app_count(tav_app_filter_s filter, int* count) try {
   const int result =
       GetAppList(filter, TAV_APP_VIEWMODE_MOST_USED, 0, 0, false, count, &list, nullptr);
   const MallocPtr<tav_app_info_s> owner(list);
-  TAV_LOGI("Finish,count:%d ", result == 0 ? *count : 0);
+  TAV_LOGI("Finish,count:%d ", count != nullptr ? *count : 0);
   return result;
 } catch (...) {
   return AnswerException(__func__);
@@ -173,7 +180,7 @@ int tav_get_all_app_list(tav_app_info_s** appList, int* count) try {
   Query query(" where is_app_available = ? and install_state = ? and is_need_reset = ?");
   query.Bind(kAvailable).Bind(kInstalled).Bind(kNotMarkedForReset);
   const int result = GetFixedList(kAllApps, std::move(query), 0, appList, count);
-  if (result == 0) TAV_LOGI("Finish");
+  if (result == 0 && *count != 0) TAV_LOGI("Finish");
   return result;
 } catch (...) {
   return AnswerException(__func__);
@@ -193,7 +200,7 @@ int tav_get_recently_used_app_list(int count, tav_app_info_s** appList, int* rea
       .Bind(kNotMarkedForReset)
       .Bind(kNeverUsed);
   const int result = GetFixedList(kRecentApps, std::move(query), count, appList, realCount);
-  if (result == 0) TAV_LOGI("Finish,real_count:[%d]", *realCount);
+  if (result == 0 && *realCount != 0) TAV_LOGI("Finish,real_count:[%d]", *realCount);
   return result;
 } catch (...) {
   return AnswerException(__func__);
@@ -210,7 +217,7 @@ int tav_get_key_list(const std::string& key, int count, tav_app_info_s** appList
               " = ? and is_need_reset = ?  ");
   query.Bind(kInstalled).Bind(kAvailable).Bind(1).Bind(kNotMarkedForReset);
   const int result = GetFixedList(kKeyApps, std::move(query), count, appList, realCount);
-  if (result == 0) TAV_LOGI("Finish:real_count:[%d]", *realCount);
+  if (result == 0 && *realCount != 0) TAV_LOGI("Finish:real_count:[%d]", *realCount);
   return result;
 } catch (...) {
   return AnswerException(__func__);

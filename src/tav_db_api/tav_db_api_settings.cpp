@@ -122,17 +122,17 @@ int tav_set_app_change(void) {
 int tav_inner_config_db_api(const char* name, char** value) try {
   const TavCall call;
   TAV_LOGI("tav_inner_config_db_api key %s", Printable(name));
-  if (HasNull({name, value})) return 0;
   char* text = nullptr;
-  int result;
-  {
+  int result = kFailed;
+  if (!HasNull({name, value})) {
     const DatabaseLock lock;
     result = GetConfigTableValue(name, &text);
   }
   MallocText owner(text);
-  if (result != 0) return 0;  // deliberate: the caller sees no value, and no failure
-  TAV_LOGI("tav_inner_config_db_api value %s", text);
-  *value = owner.release();
+  // A lookup that fails gives the caller no value, and no failure either.
+  if (result != 0) owner.reset();
+  TAV_LOGI("tav_inner_config_db_api value %s", Printable(owner.get()));
+  if (owner != nullptr) *value = owner.release();
   return 0;
 } catch (...) {
   AnswerException(__func__);

@@ -84,7 +84,7 @@ int tav_get_ticker_mode(int* tickerMode) try {
     const DatabaseLock lock;
     result = GetTickerModeFromLaunch(tickerMode);
   }
-  TAV_LOGI("Finish,ret:[%d],tickerMode:[%d]", result, result == 0 ? *tickerMode : 0);
+  TAV_LOGI("Finish,ret:[%d],tickerMode:[%d]", result, *tickerMode);
   return result;
 } catch (...) {
   return AnswerException(__func__);

@@ -93,6 +93,38 @@ TEST_F(FixedLists, OfRecentAppsHoldTheUsedOnesWithTheLatestLaunchFirst) {
   EXPECT_TRUE(log.Has("Finish,real_count:[2]"));
 }
 
+TEST_F(FixedLists, EndWithTheLineOfTheirEmptiness) {
+  EXPECT_EQ(AllApps(), NothingMatches());
+  EXPECT_EQ(log.Messages().back(), "count is 0 ");
+  EXPECT_EQ(RecentApps(), NothingMatches());
+  EXPECT_EQ(log.Messages().back(), "real_count is 0 ");
+  log.Forget();
+  EXPECT_EQ(KeyApps("is_usb_app"), NothingMatches());
+  EXPECT_EQ(log.Messages().back(), "real_count is 0 ");
+}
+
+TEST_F(FixedLists, TellTheirSizeBeforeTheyAreReadForRecentAppsAlone) {
+  device.Install(App("a").UseCount(1).Set("is_usb_app", 1));
+  const auto told = [&] {
+    test::Ids lines;
+    for (const test::LogLine& line : log.Lines()) {
+      if (line.message.rfind("before set", 0) != 0) continue;
+      lines.push_back(line.priority + (" " + line.function) + ": " + line.message);
+    }
+    return lines;
+  };
+  EXPECT_EQ(AllApps(), Listed({"a"}));
+  EXPECT_EQ(log.Messages().back(), "Finish");
+  EXPECT_EQ(KeyApps("is_usb_app", 1), Listed({"a"}));
+  EXPECT_EQ(log.Messages().back(), "Finish:real_count:[1]");
+  EXPECT_EQ(told(), test::Ids());
+  EXPECT_EQ(RecentApps(7), Listed({"a"}));
+  EXPECT_EQ(told(), test::Ids({"I tav_get_recently_used_app_list: before set,in_param count: 7,"
+                               "real_count:1",
+                               "I tav_get_recently_used_app_list: before set,real_count: 1"}));
+  EXPECT_EQ(log.Messages().back(), "Finish,real_count:[1]");
+}
+
 TEST_F(FixedLists, OfRecentAppsHoldAtMostTheCountAndAllWithoutOne) {
   device.InstallAll({App("1").UseCount(1).LaunchDate("2024-01-01"),
                      App("2").UseCount(2).LaunchDate("2024-01-02"),

@@ -94,6 +94,18 @@ TEST_F(ListPaging, CountsWhatTheWholeListHolds) {
   EXPECT_TRUE(log.Has("in param featured error"));
 }
 
+TEST_F(ListPaging, EndsACountWithTheCallersNumberAsItStands) {
+  int count = 7;
+  EXPECT_EQ(tav_get_app_count(Filter(0, 2), &count), -1);
+  EXPECT_EQ(log.Messages().back(), "Finish,count:7 ");
+  EXPECT_EQ(tav_get_app_count(Filter(65535, 1), &count), -1);  // counting failed
+  EXPECT_EQ(log.Messages().back(), "Finish,count:0 ");
+  EXPECT_EQ(tav_get_app_count(EveryApp(), &count), 0);
+  EXPECT_EQ(log.Messages().back(), "Finish,count:10 ");
+  EXPECT_EQ(tav_get_app_count(EveryApp(), nullptr), -1);
+  EXPECT_EQ(log.Messages().back(), "Finish,count:0 ");
+}
+
 TEST_F(ListPaging, SaysHowManyRecordsItGave) {
   FullList(EveryApp(), 1, 3, 4);
   EXPECT_TRUE(log.Has("Finish,real_count:[4]"));

@@ -21,6 +21,7 @@ TEST_F(Absence, OfTheBusFailsEveryRequestAtOnce) {
   EXPECT_EQ(tav_set_ticker_mode(1), -1);
   EXPECT_EQ(tav_get_ticker_mode(&mode), -1);
   EXPECT_EQ(mode, 7);
+  EXPECT_EQ(log.Messages().back(), "Finish,ret:[-1],tickerMode:[7]");
   EXPECT_LT(watch.Elapsed(), AtMost(seconds(8)));
   EXPECT_EQ(log.Count("get_db_proxy() error"), 6);
   EXPECT_EQ(log.Count("appid: clock, is_lock: 1,ilock: 1 "), 0);  // nothing was to be sent

@@ -42,6 +42,7 @@ TEST_F(ServiceFaults, OfAStatusOtherThanZeroAreAFailureAlthoughTheCallSucceeded)
   EXPECT_EQ(tav_set_ticker_mode(1), -1);
   EXPECT_EQ(tav_get_ticker_mode(&mode), -1);
   EXPECT_EQ(mode, 0);
+  EXPECT_EQ(log.Messages().back(), "Finish,ret:[-1],tickerMode:[0]");
   EXPECT_EQ(log.Count("result : 1"), 5);
   EXPECT_EQ(AppChange(), -1);
 }

@@ -62,6 +62,7 @@ TEST_F(Requests, OfTheTickerSendTheModeAndReadItBack) {
   EXPECT_EQ(Sent("get_ticker_mode_from_launch", [&] { return tav_get_ticker_mode(&mode); }),
             "() ()");
   EXPECT_EQ(mode, 3);
+  EXPECT_EQ(log.Messages().back(), "Finish,ret:[0],tickerMode:[3]");
   EXPECT_TRUE(log.Has("result : 0, TickerModeValue : 3"));
 }
 

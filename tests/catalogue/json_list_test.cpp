@@ -256,6 +256,14 @@ TEST_F(AppsAsJson, AreWholeWhenTheyAreLong) {
   EXPECT_EQ(Listed({{"all_app", "true"}}), Full(ids));
 }
 
+TEST_F(AppsAsJson, AreNotLogged) {
+  device.Install(App("a"));
+  EXPECT_EQ(Listed({{"all_app", "true"}}), Full({"a"}));
+  for (const std::string& message : log.Messages()) {
+    EXPECT_EQ(message.find("app_list\""), std::string::npos) << message;
+  }
+}
+
 TEST_F(AppsAsJson, ReadTheExtraDataOfARequest) {
   const Request request = RequestWith({{"key", "value"}, {"empty", ""}});
   std::string value = "untouched";
