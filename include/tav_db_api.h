@@ -757,8 +757,9 @@ TAV_API int tav_get_tv_sync_state(int* state);
  *
  * During its call a callback may register and unregister, itself as well: one that is
  * unregistered is not called any more, not even for the change that is being told, and one that
- * is registered waits for the next change. An exception that leaves a callback is logged and
- * dropped.
+ * is registered is told that change too. No function is called twice for one change: one that
+ * unregisters and registers itself waits for the next. An exception that leaves a callback is
+ * logged and dropped.
  *
  * Unlike the rest of this interface: no lock. Registering, unregistering and the calls must not
  * happen at the same time on different threads; the thread that runs the main context is the

@@ -71,9 +71,9 @@ struct InstalledAppId {
 };
 
 // The callables of one setting. The library tells callbacks apart by their functions alone, so all
-// callables share one, OnChange, which is registered while the chain has a link in use. Links are
-// numbered as they come; a link that is ended during a walk stays until the walk is over, and with
-// it the callable, which may be the one that is being called.
+// callables share one, OnChange, which is registered while the chain has a link in use. A link that
+// is ended during a walk stays until the walk is over, and with it the callable, which may be the
+// one that is being called.
 template <typename Setting>
 class Chain {
  public:
@@ -87,7 +87,6 @@ class Chain {
    private:
     friend Chain;
     Callee* m_next = nullptr;
-    unsigned long m_number = 0;
     bool m_is_ended = false;
   };
 
@@ -96,7 +95,6 @@ class Chain {
     if (link == nullptr) return Status::kFailed;
     if (m_in_use == 0 && Setting::kRegister(OnChange, nullptr) != 0) return Status::kFailed;
     ++m_in_use;
-    link->m_number = ++m_last_number;
     Callee** place = &m_first;
     while (*place != nullptr) place = &(*place)->m_next;
     *place = link.release();
@@ -138,11 +136,10 @@ class Chain {
   // An exception goes on to the library, which logs it, when all callables have been called.
   static void OnChange(typename Setting::Raw value, void* /*user_data*/) {
     const Walk walk;
-    const unsigned long last = m_last_number;
 #if defined(__cpp_exceptions)
     std::exception_ptr thrown;
 #endif
-    for (Callee* link = m_first; link != nullptr && link->m_number <= last; link = link->m_next) {
+    for (Callee* link = m_first; link != nullptr; link = link->m_next) {
       if (link->m_is_ended) continue;
 #if defined(__cpp_exceptions)
       try {
@@ -161,7 +158,6 @@ class Chain {
   static inline Callee* m_first = nullptr;
   static inline unsigned long m_in_use = 0;
   static inline unsigned long m_walks = 0;
-  static inline unsigned long m_last_number = 0;
 };
 
 // Whether there is nothing to call: a null function, an empty std::function.
@@ -188,10 +184,11 @@ bool IsNothing(const Callable& callable) noexcept {
  * runs, and any other, which is then not called any more. What it refers to must live as long as
  * the Watch. Moved, never copied.
  *
- * Callables of a setting are called in the order in which they came; one that comes while a change
- * is being told waits for the next. There may be many, of one type too. An exception that leaves a
- * callable is logged and dropped by the library, when the other callables have been called; of
- * several, the first is logged.
+ * Callables of a setting are called in the order in which they came. There may be many, of one type
+ * too. One that comes while a change is being told is told it as well: a callable that begins
+ * another like itself in every call is never done. An exception that leaves a callable is logged
+ * and dropped by the library, when the other callables have been called; of several, the first is
+ * logged.
  *
  * See tav_db_api_watch.hpp for the rule on threads.
  */

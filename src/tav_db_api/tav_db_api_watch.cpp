@@ -5,15 +5,16 @@
 // delivery of changes belong to one thread at a time.
 //
 // A callback may register and unregister while it is called, itself as well. An entry that is
-// removed meanwhile is not called any more, one that is added waits for the next change.
+// removed meanwhile is not called any more, one that is added is. No function is called twice for
+// one change.
 #include <vconf.h>
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <memory>
-#include <utility>
+#include <vector>
 
 #include "tav_common/tav_log.h"
 #include "tav_common/tav_settings_keys.h"
@@ -26,15 +27,11 @@ namespace {
 // A callback of either type; its key says which.
 using AnyCallback = void (*)();
 
-// A list of callbacks is a chain of entries. One that was taken out of it still leads on, so that
-// a walk which stands on it finds the rest.
 struct Entry {
-  AnyCallback callback;  // null once it was unregistered
+  AnyCallback callback;
   void* user_data;
-  unsigned long number;  // grows with each registration
-  std::shared_ptr<Entry> next;
 };
-using Entries = std::shared_ptr<Entry>;
+using Entries = std::vector<Entry>;
 
 struct WatchedKey {
   int key;
@@ -62,8 +59,6 @@ Entries& ListOf(int key) {
   return registry.tav_vconf_cb_list[static_cast<std::size_t>(key)];
 }
 
-unsigned long g_registrations = 0;
-
 // Null after a log for a key that cannot be watched.
 const WatchedKey* FindKey(int key, const LogPlace& place = LogPlace::Here()) {
   for (const WatchedKey& watched : kWatchedKeys) {
@@ -80,11 +75,9 @@ const WatchedKey* FindKey(const char* name) {
   return nullptr;
 }
 
-// The link that leads to the callback's entry, or the one at the end of the list.
-Entries& Find(Entries& list, AnyCallback callback) {
-  Entries* link = &list;
-  while (*link != nullptr && (*link)->callback != callback) link = &(*link)->next;
-  return *link;
+Entries::iterator Find(Entries& list, AnyCallback callback) {
+  return std::find_if(list.begin(), list.end(),
+                      [&](const Entry& entry) { return entry.callback == callback; });
 }
 
 ssize_t Address(AnyCallback callback) {
@@ -115,15 +108,21 @@ void tav_vconf_notify_cb(keynode_t* keynode, void* /*vconfUserData*/) try {
     TAV_LOGW("not supported key %s", Printable(name));
     return;
   }
-  Entries entry = ListOf(watched->key);
-  if (entry == nullptr) {
+  const Entries& list = ListOf(watched->key);
+  if (list.empty()) {
     TAV_LOGI("nothing to call");
     return;
   }
-  // Callbacks may change the list: what they add waits for the next change.
-  const unsigned long last = g_registrations;
-  for (; entry != nullptr && entry->number <= last; entry = entry->next) {
-    if (entry->callback != nullptr) Call(*entry, watched->key, keynode);
+  // Each callback may change the list, so the next one is looked for anew.
+  std::vector<AnyCallback> called;
+  const auto is_next = [&](const Entry& entry) {
+    return std::find(called.begin(), called.end(), entry.callback) == called.end();
+  };
+  for (auto next = list.begin(); next != list.end();
+       next = std::find_if(list.begin(), list.end(), is_next)) {
+    const Entry entry = *next;
+    called.push_back(entry.callback);
+    Call(entry, watched->key, keynode);
   }
 } catch (...) {
   AnswerException(__func__);
@@ -136,22 +135,20 @@ int Register(int key, AnyCallback callback, void* user_data,
   const WatchedKey* watched = FindKey(key, place);
   if (watched == nullptr) return kFailed;
   Entries& list = ListOf(key);
-  Entries& link = Find(list, callback);
-  if (link != nullptr) {
+  if (Find(list, callback) != list.end()) {
     TAV_LOGW_FOR(place, "already registered cb (%zd)", Address(callback));
     return 0;
   }
   // Memory comes first: once the platform watches, nothing may fail.
-  auto entry = std::make_shared<Entry>(Entry{callback, user_data, g_registrations + 1, nullptr});
-  if (list == nullptr) {
+  list.reserve(list.size() + 1);
+  if (list.empty()) {
     TAV_LOGI_FOR(place, "register vconf cb for key %s", watched->name);
     if (vconf_notify_key_changed(watched->name, tav_vconf_notify_cb, user_data) != 0) {
       TAV_LOGE_FOR(place, "failed to register callback");
       return kFailed;
     }
   }
-  ++g_registrations;
-  link = std::move(entry);
+  list.push_back({callback, user_data});
   // The text names a setting that is none of these, for every key: it is kept.
   TAV_LOGI_FOR(place, "cb for panel_display_time registered (%zd)", Address(callback));
   return 0;
@@ -168,19 +165,18 @@ int Unregister(int key, AnyCallback callback, const LogPlace& place = LogPlace::
     return kFailed;
   }
   Entries& list = ListOf(key);
-  if (list == nullptr) {
+  if (list.empty()) {
     TAV_LOGW_FOR(place, "callback list is not initialized yet");
     return kFailed;
   }
-  Entries& link = Find(list, callback);
-  if (link == nullptr) {
+  const auto entry = Find(list, callback);
+  if (entry == list.end()) {
     TAV_LOGE_FOR(place, "not registered cb (%zd)", Address(callback));
     return kFailed;
   }
-  const Entries entry = link;
-  entry->callback = nullptr;  // a walk that is under way passes it over
-  link = entry->next;
-  if (list == nullptr) {
+  list.erase(entry);
+  if (list.empty()) {
+    Entries().swap(list);  // releases the block
     TAV_LOGI_FOR(place, "unregister vconf cb for %s", watched->name);
     if (vconf_ignore_key_changed(watched->name, tav_vconf_notify_cb) != 0) {
       TAV_LOGE_FOR(place, "failed to unregister cb for (%s)", watched->name);

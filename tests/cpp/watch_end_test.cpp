@@ -140,7 +140,7 @@ TEST_F(CppWatchEnd, OfAllInACallEndsThePlatformsWatch) {
   EXPECT_EQ(Told(5), Texts());
 }
 
-TEST_F(CppWatchEnd, MayBeFollowedByAnotherBeginningWhichWaitsForTheNextChange) {
+TEST_F(CppWatchEnd, MayBeFollowedByAnotherBeginningWhichIsToldTheSameChangeOnce) {
   Watch watch;
   Watch successor;
   watch = Begin("a", [&] {
@@ -148,7 +148,7 @@ TEST_F(CppWatchEnd, MayBeFollowedByAnotherBeginningWhichWaitsForTheNextChange) {
     successor = Begin("b");
   });
   TakeWatchCalls();
-  EXPECT_EQ(Told(4), Texts{"a a"});
+  EXPECT_EQ(Told(4), (Texts{"a a", "b b"}));
   EXPECT_EQ(TakeWatchCalls(), (WatchCalls{Ignore(kReset), Notify(kReset, nullptr)}));
   EXPECT_EQ(Told(5), Texts{"b b"});
 }
@@ -156,8 +156,8 @@ TEST_F(CppWatchEnd, MayBeFollowedByAnotherBeginningWhichWaitsForTheNextChange) {
 TEST_F(CppWatchEnd, IsNotNeededForABeginningInACall) {
   std::vector<Watch> more;
   const Watch watch = Begin("a", [&] { more.push_back(Begin("more")); });
-  EXPECT_EQ(Told(4), Texts{"a a"});
-  EXPECT_EQ(Told(5), (Texts{"a a", "more more"}));
+  EXPECT_EQ(Told(4), (Texts{"a a", "more more"}));
+  EXPECT_EQ(Told(5), (Texts{"a a", "more more", "more more"}));
 }
 
 TEST_F(CppWatchEnd, OfACallableMayBeTheEndOfAnother) {
