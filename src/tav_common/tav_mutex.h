@@ -16,6 +16,8 @@ class CAPABILITY("mutex") TavMutex {
   TavMutex& operator=(const TavMutex&) = delete;
 
   void Lock() ACQUIRE() { pthread_mutex_lock(&m_mutex); }
+  // False when it is locked.
+  bool TryLock() TRY_ACQUIRE(true) { return pthread_mutex_trylock(&m_mutex) == 0; }
   void Unlock() RELEASE() { pthread_mutex_unlock(&m_mutex); }
 
  private:

@@ -84,12 +84,24 @@ CTAVGdbus::CTAVGdbus(const std::string& client, const std::string& server,
 }
 
 CTAVGdbus::~CTAVGdbus() {
-  TAV_LOGI("CTAVGdbus [%s] destructor...", m_strClient.c_str());
+  Withdraw();
   {
     const TavLock lock(m_tProxyMutex);
     m_pMonitor.reset();
   }
   pthread_cond_destroy(&m_tCreateCond);
+}
+
+void CTAVGdbus::Withdraw() {
+  if (getpid() != m_nProcess) return;
+  TAV_LOGI("CTAVGdbus [%s] destructor...", m_strClient.c_str());
+  // Another thread may hold the lock; the bus then drops the object with the connection.
+  if (m_tStateMutex.TryLock()) {
+    const GObjectPtr<GDBusConnection> connection = Share(m_pConnection.get());
+    const guint id = std::exchange(m_nRegistrationId, 0);
+    m_tStateMutex.Unlock();
+    if (connection != nullptr && id != 0) g_dbus_connection_unregister_object(connection.get(), id);
+  }
   TAV_LOGI("CTAVGdbus [%s] destructor end", m_strClient.c_str());
 }
 
@@ -174,7 +186,7 @@ bool CTAVGdbus::StartMonitor(GMainContext* context) try {
   m_pMonitor = std::make_unique<TavBusMonitor>(
       TavBusMonitorJob{GMainContextPtr(g_main_context_ref(context)), Connection(), object_name,
                        m_strIntrospectionXml, m_tInterfaceVTable, m_strClient, m_strServer,
-                       [this] { OnMonitorReady(); }});
+                       [this](guint registration) { OnMonitorReady(registration); }});
   return m_pMonitor->Start();
 } catch (const std::exception& error) {
   TAV_LOGE("no monitor: %s", error.what());
@@ -192,7 +204,11 @@ void CTAVGdbus::WaitForMonitor() {
   pthread_mutex_unlock(&m_tCreateMutex);
 }
 
-void CTAVGdbus::OnMonitorReady() {
+void CTAVGdbus::OnMonitorReady(guint registration) {
+  {
+    const TavLock lock(m_tStateMutex);
+    m_nRegistrationId = registration;
+  }
   TAV_LOGI("give Begin.");
   pthread_mutex_lock(&m_tCreateMutex);
   m_nWaitMonitor = 0;
@@ -262,6 +278,7 @@ GObjectPtr<GDBusConnection> CTAVGdbus::Connection() {
 
 void CTAVGdbus::SetConnection(GObjectPtr<GDBusConnection> connection) {
   const TavLock lock(m_tStateMutex);
+  m_nRegistrationId = 0;
   m_pConnection.swap(connection);  // the old one ends with the argument, outside the lock
 }
 

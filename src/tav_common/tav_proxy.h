@@ -54,6 +54,11 @@ class CTAVGdbus {
   // Ends the monitor and lets the connection go.
   void GiveProxy();
 
+  // Takes the client's object off the bus, as the destructor does first. For an object that lives
+  // on while its process exits: waits for nobody, frees nothing that another thread may use, and
+  // does nothing in a forked child.
+  void Withdraw();
+
  private:
   bool HasHeartbeat();
   bool IsConnected();
@@ -61,7 +66,7 @@ class CTAVGdbus {
   bool StartMonitor(GMainContext* context) REQUIRES(m_tProxyMutex);
   void WaitForMonitor();
   void ReleaseProxy() REQUIRES(m_tProxyMutex);
-  void OnMonitorReady();
+  void OnMonitorReady(guint registration);
 
   GObjectPtr<GDBusConnection> Connection();
   void SetConnection(GObjectPtr<GDBusConnection> connection);
@@ -87,6 +92,7 @@ class CTAVGdbus {
   bool m_bProxyCreated GUARDED_BY(m_tStateMutex) = false;
   std::string m_strObjName GUARDED_BY(m_tStateMutex);
   GObjectPtr<GDBusConnection> m_pConnection GUARDED_BY(m_tStateMutex);
+  guint m_nRegistrationId GUARDED_BY(m_tStateMutex) = 0;  // of the client's object on it
 
   // The handshake with the monitor. It lives as long as the object: the monitor may be late.
   pthread_mutex_t m_tCreateMutex = PTHREAD_MUTEX_INITIALIZER;

@@ -146,7 +146,7 @@ guint TavBusMonitor::m_OnbusAcquired(const char* name, GDBusInterfaceInfo* inter
     return 0;
   }
   TAV_LOGI("register object succeed,Created monitor!");
-  m_job.on_ready();
+  m_job.on_ready(id);
   return id;
 }
 

@@ -22,7 +22,7 @@ struct TavBusMonitorJob {
   GDBusInterfaceVTable vtable;
   std::string client;  // for the log
   std::string server;  // for the log
-  std::function<void()> on_ready;
+  std::function<void(guint registration)> on_ready;
 };
 
 // Runs what is left to be told on a connection's context: its end, until which it is kept.
@@ -37,7 +37,7 @@ class TavBusMonitor {
   TavBusMonitor& operator=(const TavBusMonitor&) = delete;
 
   // False when the thread cannot be started. on_ready is called on it when the object is
-  // registered, and never when that fails.
+  // registered, with the id of that, and never when it fails.
   bool Start();
 
  private:

@@ -3,6 +3,8 @@
 
 #include <sys/stat.h>
 
+#include <cstdlib>
+
 #include "tav_common/tav_glib_handles.h"
 #include "tav_common/tav_log.h"
 #include "tav_common/tav_proxy.h"
@@ -67,7 +69,12 @@ int CallForStatus(CTAVGdbus* proxy, const char* method, GVariant* parameters,
 
 CTAVGdbus* get_db_proxy() {
   // Never freed: while the process exits, the monitor and other threads may still be at work.
-  static CTAVGdbus* const db_proxy = new CTAVGdbus("db", "tavcore", nullptr, nullptr);
+  static CTAVGdbus* const db_proxy = [] {
+    auto* proxy = new CTAVGdbus("db", "tavcore", nullptr, nullptr);
+    // Without memory for the handler the bus takes the object away with the connection.
+    static_cast<void>(std::atexit([] { get_db_proxy()->Withdraw(); }));
+    return proxy;
+  }();
   return db_proxy;
 }
 

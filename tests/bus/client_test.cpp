@@ -80,22 +80,90 @@ TEST_F(Client, OutlivesAHostThatLetsTheLibraryGoAndTheEndOfItsBus) {
   bus.WaitForOwner(ClientName(other->Id()));
   bus.Stop();
   service.Wait();
+  EXPECT_FALSE(log.Has("CTAVGdbus [db] destructor..."));
   EXPECT_EQ(other->End(test::kBusDeadline), 0);
+  EXPECT_EQ(log.Count("CTAVGdbus [db] destructor..."), 1);
 }
 
-TEST_F(Client, EndsWithItsProcessAtOnceAndWithoutAFailure) {
-  const Stopwatch watch;
-  const pid_t process = fork();
-  if (process == 0) {
-    execl(EXIT_AFTER_USE, EXIT_AFTER_USE, "clock", nullptr);
-    _exit(127);
+// How a process ends, and what its client says and does of it.
+class ClientEnd : public Client {
+ protected:
+  using Lines = std::vector<std::string>;
+
+  // The status of a process that ends in this way.
+  int End(const char* way) {
+    const Stopwatch watch;
+    process = fork();
+    if (process == 0) {
+      alarm(50);  // before the test itself is ended
+      execl(EXIT_AFTER_USE, EXIT_AFTER_USE, "clock", way, nullptr);
+      _exit(127);
+    }
+    int status = 0;
+    EXPECT_EQ(waitpid(process, &status, 0), process);
+    EXPECT_LT(watch.Elapsed(), AtMost(std::chrono::seconds(8)));
+    return status;
   }
-  int status = 0;
-  ASSERT_EQ(waitpid(process, &status, 0), process);
-  EXPECT_EQ(status, 0);
-  EXPECT_LT(watch.Elapsed(), AtMost(std::chrono::seconds(8)));
+  Lines Told() const {
+    Lines lines;
+    for (const std::string& message : log.Messages()) {
+      if (message.find("destructor") == std::string::npos && message != "unregisters") continue;
+      lines.push_back(message);
+    }
+    return lines;
+  }
+
+  pid_t process = -1;
+  const Lines kWhole = {"CTAVGdbus [db] destructor...", "unregisters",
+                        "CTAVGdbus [db] destructor end"};
+};
+
+TEST_F(ClientEnd, ComesWithItsProcessAtOnceAndTakesTheObjectOffTheBus) {
+  EXPECT_EQ(End("at once"), 0);
   EXPECT_EQ(IsLocked("clock"), 1);
+  EXPECT_EQ(Told(), kWhole);
   bus.WaitUntilUnowned(ClientName(process));
+}
+
+TEST_F(ClientEnd, IsNotThatOfAForkedChild) {
+  EXPECT_EQ(End("with a child"), 0);
+  EXPECT_EQ(Told(), kWhole);
+}
+
+TEST_F(ClientEnd, WaitsForNoRequest) {
+  service.Fault("heartbeat", "no-reply");
+  EXPECT_EQ(End("in a heartbeat"), 0);
+  EXPECT_EQ(Told(), kWhole);
+}
+
+TEST_F(ClientEnd, DisturbsNoThreadThatGoesOn) {
+  for (int round = 0; round < 10; ++round) {
+    log.Forget();
+    EXPECT_EQ(End("among requests"), 0) << round;
+    // The object stays to the end when the state of the proxy is being read just then.
+    const Lines told = Told();
+    ASSERT_GE(told.size(), 2U) << round;
+    EXPECT_EQ(told.front(), kWhole.front()) << round;
+    EXPECT_EQ(told.back(), kWhole.back()) << round;
+  }
+}
+
+TEST_F(ClientEnd, WaitsForNoThreadThatLooksAfterTheConnection) {
+  service.Fault("heartbeat", "error");
+  EXPECT_EQ(End("in the making of the proxy"), 0);
+  EXPECT_EQ(Told(), kWhole);
+}
+
+TEST_F(ClientEnd, HasNothingToUnregisterWithoutABus) {
+  bus.Stop();
+  service.Wait();
+  EXPECT_NE(End("at once"), 0);
+  EXPECT_EQ(Told(), (Lines{kWhole[0], kWhole[2]}));
+}
+
+TEST_F(ClientEnd, IsSilentInAProcessThatHasMadeNoRequest) {
+  EXPECT_EQ(End("without a request"), 0);
+  EXPECT_EQ(Told(), Lines());
 }
 
 }  // namespace

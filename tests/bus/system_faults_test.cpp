@@ -21,6 +21,7 @@ bool g_has_no_threads = false;
 bool g_opens_nothing = false;
 bool g_reads_nothing = false;
 bool g_registers_nothing = false;
+int g_unregistered = 0;
 std::string g_program;  // what every link leads to; empty: where it does lead to
 
 template <typename Function>
@@ -68,6 +69,12 @@ guint g_dbus_connection_register_object(GDBusConnection* connection, const gchar
       connection, path, interface, vtable, data, free_data, error);
 }
 
+gboolean g_dbus_connection_unregister_object(GDBusConnection* connection, guint id) {
+  ++g_unregistered;
+  return Real<decltype(g_dbus_connection_unregister_object)>("g_dbus_connection_unregister_object")(
+      connection, id);
+}
+
 }  // extern "C"
 
 namespace {
@@ -106,6 +113,20 @@ TEST_F(SystemFaults, OfTheObjectAreToldAndLeaveTheCallsPossible) {
   GVariant* reply = nullptr;
   EXPECT_TRUE(proxy.MethodCall("heartbeat", nullptr, &reply, 10000, nullptr));
   g_variant_unref(reply);
+}
+
+TEST_F(SystemFaults, OfTheObjectOfANewConnectionLeaveNothingToUnregister) {
+  {
+    CTAVGdbus proxy("db", "tavcore", nullptr, nullptr);
+    EXPECT_TRUE(proxy.GetProxy(kNode, {}));
+    bus.Stop();
+    service.Wait();
+    bus.Start();
+    g_registers_nothing = true;
+    EXPECT_TRUE(proxy.GetProxy(kNode, {}));
+    g_unregistered = 0;
+  }
+  EXPECT_EQ(g_unregistered, 0);
 }
 
 TEST_F(SystemFaults, OfTheCommandLineLeaveTheProcessWithoutAName) {
