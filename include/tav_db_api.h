@@ -259,8 +259,11 @@ TAV_API int tav_get_app_info_by_tizenid(const char* tizen_id, tav_app_info_s* in
  *     the count failed                    the failure; the pointer is untouched, *realCount 0
  *     no memory, reading failed           the failure; the pointer is null, *realCount 0
  *
- * A caller that frees whatever the result sets the pointer to null before the call. Apps that the
- * service removes while a list is read leave zeroed records at its end.
+ * A caller that frees whatever the result sets the pointer to null before the call.
+ *
+ * Records at the end of a list can be zeroed although the result is 0: as many as the service
+ * removed apps while the list was read; and when an app's row cannot be read, because the file is
+ * damaged there, those of that app and of all behind it, or in a list with an order all of them.
  * @code{.c}
  * tav_app_filter_s all = {65535, 0, 65535};
  * tav_app_info_s* apps = NULL;
@@ -328,8 +331,7 @@ TAV_API int tav_get_app_list_dn(tav_app_filter_s* filter, tav_app_viewmode_e vie
  * @param count           the most apps
  * @param[out] msList     receives the block
  * @param[out] realCount  receives the number of records
- * @return as tav_get_app_list; -1 also when no app is left because the service removed them all
- *         while the list was read
+ * @return as tav_get_app_list; -1 also when all records would be zeroed
  * @locks{two statements}
  */
 TAV_API int tav_get_app_list_ms(tav_app_filter_s filter, tav_app_viewmode_e viewMode, int index,
@@ -636,9 +638,9 @@ TAV_API int tav_get_app_info_json(const char* app_id, char** json);
  *                     which is refused
  * @param[out] json    receives a new block of the text's length, which the caller frees, or null
  *                     when there is no app
- * @return 0, also with a part of the list, or null, when the database became busy; -1, with *json
- *         untouched, when json is null, app_featured has none of its bits, the list is
- *         refused, the database cannot be used or memory ran out
+ * @return 0, also with a part of the list, or null, when the database became busy or a row cannot
+ *         be read; -1, with *json untouched, when json is null, app_featured has none of its
+ *         bits, the list is refused, the database cannot be used or memory ran out
  * @locks{one statement\, for the built-in catalogue two and one request}
  */
 TAV_API int tav_get_app_list_json(struct app_control_s* app_control, char** json);
@@ -646,12 +648,15 @@ TAV_API int tav_get_app_list_json(struct app_control_s* app_control, char** json
 /**
  * Writes all installed apps, hidden ones included, to the XML file
  * "/tavcore/common/apps_info.xml" under the platform's data directory. No character of a value is
- * escaped. The file is empty when there is no app. A failure can leave it truncated.
+ * escaped. The file is empty when there is no app. A failure can leave it truncated. The zeroed
+ * records that a list can have at its end are elements with empty values.
  * @param[out] path  receives its path in a new block of 128 bytes, which the caller frees, whatever
  *                   is returned; unless the call was refused by the state of the platform, path is
- *                   null or no memory was left for it
+ *                   null or no memory was left for it. A longer path is cut to 127 bytes, and the
+ *                   file of that name is written
  * @return 0; -1 when the call is refused, the path leads through a link, the file cannot be opened
- *         or written, or memory ran out; -2 when the database stayed busy
+ *         or written, or memory ran out; -2 when the database stayed busy. A link in the file's
+ *         place that leads to nothing yet is followed: the file is made where it leads
  * @locks{two statements and the writing of the file}
  */
 TAV_API int tav_write_all_app_info_to_xml(char** path);

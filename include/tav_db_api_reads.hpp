@@ -115,8 +115,8 @@ inline Result<AppInfo> GetAppInfoByRunTitle(TextView run_title) noexcept {
 }
 
 /**
- * \brief A page of the visible apps that the filter lets through. Apps that the service removes
- * meanwhile leave zeroed records at its end.
+ * \brief A page of the visible apps that the filter lets through. It ends before the first app that
+ * cannot be read, and may then be empty; apps that the service removes meanwhile are left out.
  * \param filter Which apps.
  * \param mode The order. With ViewMode::kLastDownloaded the page is cut out of the catalogue's
  * order, and only then its apps are put into the mode's order.

@@ -11,6 +11,7 @@
 
 #include <cstddef>
 #include <cstdlib>
+#include <cstring>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -325,13 +326,21 @@ Result<T> Read(const Call& call) {
   return Result<T>(FilledBy(), [&](T& value) { return static_cast<Status>(call(&value)); });
 }
 
-// call(Record**, int*) makes a list.
+template <typename Record>
+bool IsCleared(const Record& record) noexcept {
+  const Record cleared = {};
+  return std::memcmp(&record, &cleared, sizeof(record)) == 0;
+}
+
+// call(Record**, int*) makes a list. Apps that went away or cannot be read have left cleared
+// records at its end.
 template <typename Record, typename Call>
 Result<List<Record>> ReadList(const Call& call) {
   return Result<List<Record>>(FilledBy(), [&](List<Record>& list) {
     Record* block = nullptr;
     int count = 0;
     const auto status = static_cast<Status>(call(&block, &count));
+    while (count > 0 && IsCleared(block[count - 1])) --count;
     list = List<Record>(block, static_cast<std::size_t>(count));
     return status;
   });

@@ -10,6 +10,7 @@
 
 #include "api/list_calls.h"
 #include "support/device.h"
+#include "support/unreadable_row.h"
 #include "support/writer.h"
 
 namespace {
@@ -133,6 +134,14 @@ TEST_P(ListFaults, LeaveOnlyEmptyRecordsOrFailWhenAllRowsGoAfterTheCount) {
   EXPECT_EQ(Ask(), GivesNoRows());
   EXPECT_EQ(log.Count(call.not_read), call.is_short ? 1 : 0);
   EXPECT_EQ(Ask(), test::NothingMatches());
+}
+
+// Where the rows are put in order, none of them comes before all have been read.
+TEST_P(ListFaults, LeaveEmptyRecordsFromTheFirstRowOnThatCannotBeRead) {
+  test::MakeUnreadable(device, "b");
+  const bool is_ordered = std::string(call.name) != "tav_get_key_list";
+  EXPECT_EQ(Ask(), is_ordered ? GivesNoRows() : call.Gives({"a", "", ""}));
+  EXPECT_TRUE(log.HasError("unknown type 11"));
 }
 
 TEST_P(ListFaults, DropRowsThatComeAfterTheCount) {

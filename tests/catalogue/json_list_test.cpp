@@ -10,6 +10,7 @@
 #include <memory>
 
 #include "exports.h"
+#include "support/unreadable_row.h"
 #include "support/writer.h"
 
 namespace {
@@ -228,6 +229,13 @@ TEST_F(AppsAsJson, AreNothingAndASuccessWhileTheDatabaseStaysBusy) {
   ASSERT_EQ(ListJson({{"all_app", "true"}}).result, 0);
   const test::ExclusiveWriter writer(device.DatabaseFile(), std::chrono::seconds(30));
   EXPECT_EQ(ListJson({{"all_app", "true"}}), kNothing);
+}
+
+TEST_F(AppsAsJson, EndBeforeTheFirstRowThatCannotBeRead) {
+  device.InstallAll({App("a"), App("b"), App("c")});
+  test::MakeUnreadable(device, "b");
+  EXPECT_EQ(Listed({{"all_app", "true"}}), Full({"a"}));
+  EXPECT_TRUE(log.HasError("unknown type 11"));
 }
 
 TEST_F(AppsAsJson, FailWithoutAPlaceForTheText) {

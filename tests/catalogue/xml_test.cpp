@@ -10,6 +10,7 @@
 #include <thread>
 
 #include "support/sqlite_recorder.h"
+#include "support/unreadable_row.h"
 
 namespace {
 
@@ -128,6 +129,13 @@ TEST_F(AppsAsXml, AreZerosForRowsThatGoBetweenTheCountAndTheList) {
   EXPECT_EQ(Write(), With(0));
   EXPECT_EQ(ReadFile(File()), Document(Element("b") + Element("") + Element("")));
   EXPECT_TRUE(log.Has("real_count:3"));
+}
+
+TEST_F(AppsAsXml, AreZerosFromTheFirstRowOnThatCannotBeRead) {
+  device.InstallAll({App("a"), App("b"), App("c")});
+  test::MakeUnreadable(device, "b");
+  EXPECT_EQ(Write(), With(0));
+  EXPECT_EQ(ReadFile(File()), Document(Element("a") + Element("") + Element("")));
 }
 
 TEST_F(AppsAsXml, AreWithoutRowsThatComeBetweenTheCountAndTheList) {

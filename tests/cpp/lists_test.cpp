@@ -7,6 +7,7 @@
 #include <string>
 
 #include "answers.h"
+#include "support/unreadable_row.h"
 
 namespace {
 
@@ -126,6 +127,38 @@ TEST_F(CppLists, FailWithNoAppsWhileTheyAreRefused) {
   int walked = 0;
   for (const tav::AppInfo& app : tav::GetAppList().value()) walked += app.app_index;
   EXPECT_EQ(walked, 0);
+}
+
+TEST_F(CppLists, EndBeforeTheFirstAppThatCannotBeRead) {
+  test::MakeUnreadable(device, "c");
+  int count = 0;
+  tav_app_info_s* list = nullptr;
+  ASSERT_EQ(tav_get_key_list("is_usb_app", 0, &list, &count), 0);
+  const tav::AppList owner(list, static_cast<std::size_t>(count));
+  ASSERT_EQ(owner.size(), 3U);
+  EXPECT_STREQ(owner[0].app_id, "a");
+  const tav::AppInfo cleared = {};
+  EXPECT_EQ(std::memcmp(&owner[1], &cleared, sizeof(cleared)), 0);
+  EXPECT_EQ(std::memcmp(&owner[2], &cleared, sizeof(cleared)), 0);
+
+  EXPECT_EQ(Told(tav::GetKeyList("is_usb_app")), "0 a,");
+  EXPECT_EQ(tav::GetKeyList("is_usb_app").value().size(), 1U);
+}
+
+// Where the rows are put in order, none of them comes before all have been read.
+TEST_F(CppLists, AreEmptyWhenOneOfTheAppsInOrderCannotBeRead) {
+  test::MakeUnreadable(device, "c");
+  EXPECT_EQ(Told(tav::GetAppList()), kNothing);
+  EXPECT_EQ(Told(tav::GetAppList({}, ViewMode::kLastDownloaded)), kNothing);
+  EXPECT_EQ(Told(tav::GetAllAppList()), kNothing);
+  EXPECT_EQ(Told(tav::GetRecentlyUsedAppList()), kNothing);
+  EXPECT_EQ(Told(tav::GetAppListMs()), kFailed);
+  EXPECT_EQ(Told(tav::GetAppCount()), "0 4");
+}
+
+TEST_F(CppLists, KeepAnAppWithoutAnIdAtTheirEnd) {
+  device.Install(Of("", 9, 1, 2));
+  EXPECT_EQ(Told(tav::GetAppList()), "0 a,b,c,d,,");
 }
 
 TEST_F(CppLists, AreWalkedOverAsTemporaries) {

@@ -5,7 +5,6 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <cstring>
 #include <limits>
 #include <memory>
 #include <optional>
@@ -100,20 +99,11 @@ struct Listing {
   std::vector<std::string> names;
 };
 
-// Apps that go away while the library reads its list leave zeroed records at the end.
-template <typename Record>
-bool IsLeftEmpty(const Record& record) {
-  const Record empty = {};
-  return std::memcmp(&record, &empty, sizeof(record)) == 0;
-}
-
 template <typename Record>
 Json::Value Rows(const tav::Result<tav::List<Record>>& list, const char* refusal) {
   CheckResult(list.status(), refusal);
-  std::size_t count = list->size();
-  while (count > 0 && IsLeftEmpty((*list)[count - 1])) --count;
   Json::Value rows(Json::arrayValue);
-  for (std::size_t i = 0; i < count; ++i) rows.append(ToJson((*list)[i]));
+  for (const Record& record : *list) rows.append(ToJson(record));
   return rows;
 }
 
