@@ -113,12 +113,12 @@ bool CTAVGdbus::GetProxy(const char* introspectionXml, GDBusInterfaceVTable vtab
     return false;
   }
   if (!HasFreeDescriptors(kCallDescriptors)) return false;
-  if (IsProxyCreated() && HasHeartbeat()) {
+  if (m_bProxyCreated && HasHeartbeat()) {
     TAV_LOGI("Gdbus proxy has been created");
     return true;
   }
   const TavLock lock(m_tProxyMutex);
-  SetProxyCreated(false);
+  m_bProxyCreated = false;
   m_strIntrospectionXml = introspectionXml;
   m_tInterfaceVTable = vtable;
   // Deliberate: with the connection open, a service that does not answer is asked again by the
@@ -141,7 +141,7 @@ bool CTAVGdbus::GetProxy(const char* introspectionXml, GDBusInterfaceVTable vtab
   }
   WaitForMonitor();
   TAV_LOGI("create monitor success");
-  SetProxyCreated(true);
+  m_bProxyCreated = true;
   TAV_LOGI("End");
   return true;
 }
@@ -267,7 +267,7 @@ void CTAVGdbus::ReleaseProxy() {
     SetConnection(nullptr);
   }
   m_pMonitor.reset();
-  SetProxyCreated(false);
+  m_bProxyCreated = false;
   TAV_LOGI("End");
 }
 
@@ -280,14 +280,4 @@ void CTAVGdbus::SetConnection(GObjectPtr<GDBusConnection> connection) {
   const TavLock lock(m_tStateMutex);
   m_nRegistrationId = 0;
   m_pConnection.swap(connection);  // the old one ends with the argument, outside the lock
-}
-
-bool CTAVGdbus::IsProxyCreated() {
-  const TavLock lock(m_tStateMutex);
-  return m_bProxyCreated;
-}
-
-void CTAVGdbus::SetProxyCreated(bool is_created) {
-  const TavLock lock(m_tStateMutex);
-  m_bProxyCreated = is_created;
 }

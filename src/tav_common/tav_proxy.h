@@ -9,6 +9,7 @@
 #include <pthread.h>
 #include <sys/types.h>
 
+#include <atomic>
 #include <map>
 #include <memory>
 #include <string>
@@ -70,8 +71,6 @@ class CTAVGdbus {
 
   GObjectPtr<GDBusConnection> Connection();
   void SetConnection(GObjectPtr<GDBusConnection> connection);
-  bool IsProxyCreated();
-  void SetProxyCreated(bool is_created);
 
   const std::string m_strClient;
   const pid_t m_nProcess;
@@ -87,9 +86,9 @@ class CTAVGdbus {
   GDBusInterfaceVTable m_tInterfaceVTable GUARDED_BY(m_tProxyMutex) = {};
   std::unique_ptr<TavBusMonitor> m_pMonitor GUARDED_BY(m_tProxyMutex);
 
+  std::atomic<bool> m_bProxyCreated{false};
   // Guards what other callers read while a connection is being replaced.
   TavMutex m_tStateMutex;
-  bool m_bProxyCreated GUARDED_BY(m_tStateMutex) = false;
   std::string m_strObjName GUARDED_BY(m_tStateMutex);
   GObjectPtr<GDBusConnection> m_pConnection GUARDED_BY(m_tStateMutex);
   guint m_nRegistrationId GUARDED_BY(m_tStateMutex) = 0;  // of the client's object on it
