@@ -19,21 +19,17 @@ constexpr int kTimeoutMsec = 10000;
 // The client's object answers no methods and has no properties.
 constexpr GDBusInterfaceVTable tav_db_vtable = {};
 
-// Whether the bus can carry the text; it takes no other bytes than UTF-8.
-bool IsText(const char* text) {
-  if (g_utf8_validate(text, -1, nullptr) != FALSE) return true;
-  TAV_LOGE("the text is not UTF-8, so it cannot be sent");
-  return false;
-}
-
-// The proxy, when it is of use; null after a log.
-CTAVGdbus* ReadyProxy(const LogPlace& place = LogPlace::Here()) {
-  CTAVGdbus* proxy = get_db_proxy();
-  if (!proxy->GetProxy(kIntrospection, tav_db_vtable)) {
-    TAV_LOGE_FOR(place, "get_db_proxy() error");
+// The proxy, when it is of use and the bus, which takes UTF-8 alone, can carry the text; null after
+// a log. The text may be null.
+CTAVGdbus* ReadyProxy(const char* text, const LogPlace& place = LogPlace::Here()) {
+  if (text != nullptr && g_utf8_validate(text, -1, nullptr) == FALSE) {
+    TAV_LOGE_FOR(place, "the text is not UTF-8, so it cannot be sent");
     return nullptr;
   }
-  return proxy;
+  CTAVGdbus* proxy = get_db_proxy();
+  if (proxy->GetProxy(kIntrospection, tav_db_vtable)) return proxy;
+  TAV_LOGE_FOR(place, "get_db_proxy() error");
+  return nullptr;
 }
 
 // Calls a method of the service. The reply, which is of the type that the method has; null
@@ -80,8 +76,7 @@ CTAVGdbus* get_db_proxy() {
 
 int TavSetAppLock(const char* appId, int isLock) {
   TAV_LOGI("Start");
-  if (!IsText(appId)) return -1;
-  CTAVGdbus* proxy = ReadyProxy();
+  CTAVGdbus* proxy = ReadyProxy(appId);
   if (proxy == nullptr) return -1;
   const gint32 lock = isLock > 0 ? 1 : 0;
   TAV_LOGI("appid: %s, is_lock: %d,ilock: %d ", appId, isLock, lock);
@@ -90,24 +85,21 @@ int TavSetAppLock(const char* appId, int isLock) {
 
 int TavSetAppRating(const char* appId, int rating) {
   TAV_LOGI("Start, rating:%d", rating);
-  if (!IsText(appId)) return -1;
-  CTAVGdbus* proxy = ReadyProxy();
+  CTAVGdbus* proxy = ReadyProxy(appId);
   if (proxy == nullptr) return -1;
   return CallForStatus(proxy, "set_app_rating", g_variant_new("(si)", appId, rating));
 }
 
 int TavUpdateAppUseCount(const char* appId) {
   TAV_LOGI("Start, app_id:%s", appId);
-  if (!IsText(appId)) return -1;
-  CTAVGdbus* proxy = ReadyProxy();
+  CTAVGdbus* proxy = ReadyProxy(appId);
   if (proxy == nullptr) return -1;
   return CallForStatus(proxy, "tav_update_app_count", g_variant_new("(s)", appId));
 }
 
 int TavSetAppUpdted(const char* appId) {
   TAV_LOGI("Start, app_id:%s", appId);
-  if (!IsText(appId)) return -1;
-  CTAVGdbus* proxy = ReadyProxy();
+  CTAVGdbus* proxy = ReadyProxy(appId);
   if (proxy == nullptr) return -1;
   // The service is always asked for key 0 with an empty value.
   return CallForStatus(proxy, "tav_update_app_by_key", g_variant_new("(sis)", appId, 0, ""));
@@ -115,14 +107,14 @@ int TavSetAppUpdted(const char* appId) {
 
 int SetTickerModeToLaunch(int mode) {
   TAV_LOGI("Start");
-  CTAVGdbus* proxy = ReadyProxy();
+  CTAVGdbus* proxy = ReadyProxy(nullptr);
   if (proxy == nullptr) return -1;
   return CallForStatus(proxy, "set_ticker_mode_to_launch", g_variant_new("(i)", mode));
 }
 
 int GetTickerModeFromLaunch(int* mode) {
   TAV_LOGI("Start");
-  CTAVGdbus* proxy = ReadyProxy();
+  CTAVGdbus* proxy = ReadyProxy(nullptr);
   if (proxy == nullptr) return -1;
   gint32 result = -1;
   if (const GVariantPtr reply = Call(proxy, "get_ticker_mode_from_launch", nullptr, "(ii)")) {
@@ -142,7 +134,7 @@ int TavGetUninstallingBuiltInApp(char** list) {
     return 0;
   }
   TAV_LOGI("Start");
-  CTAVGdbus* proxy = ReadyProxy();
+  CTAVGdbus* proxy = ReadyProxy(nullptr);
   if (proxy == nullptr) return -1;
   const GVariantPtr reply = Call(proxy, "get_api_uninstalling_biu_list", nullptr, "(s)");
   if (reply != nullptr) {
