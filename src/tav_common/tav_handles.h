@@ -5,6 +5,7 @@
 #ifndef TAV_COMMON_TAV_HANDLES_H_
 #define TAV_COMMON_TAV_HANDLES_H_
 
+#include <cstdio>
 #include <cstdlib>
 #include <memory>
 
@@ -21,5 +22,7 @@ struct CallOnRelease {
 template <typename T>
 using MallocPtr = std::unique_ptr<T, CallOnRelease<std::free>>;
 using MallocText = MallocPtr<char>;
+
+using File = std::unique_ptr<FILE, CallOnRelease<std::fclose>>;
 
 #endif  // TAV_COMMON_TAV_HANDLES_H_

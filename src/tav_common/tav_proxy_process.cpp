@@ -5,15 +5,12 @@
 
 #include <cstdio>
 #include <cstring>
-#include <memory>
 
 #include "tav_common/tav_handles.h"
 #include "tav_common/tav_log.h"
 #include "tav_common/tav_proxy.h"
 
 namespace {
-
-using File = std::unique_ptr<FILE, CallOnRelease<std::fclose>>;
 
 constexpr char kNoName[] = "no_name";
 constexpr std::size_t kLineSize = 1024;

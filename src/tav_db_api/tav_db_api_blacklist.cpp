@@ -1,14 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 //
 // The packages that are not offered on entry-level devices with a small flash.
-#include "tav_db_api/tav_db_api_blacklist.h"
+#include "tav_db_api/tav_db_api_throwing.h"
 
 #include <system_info.h>
 #include <tzplatform_config.h>
 
 #include <cstdio>
 #include <cstring>
-#include <memory>
 
 #include "tav_common/tav_handles.h"
 #include "tav_common/tav_log.h"
@@ -16,8 +15,6 @@
 #include "tav_db_api_inner.h"
 
 namespace {
-
-using File = std::unique_ptr<FILE, CallOnRelease<std::fclose>>;
 
 // The platform's numbers of a directory and of a feature.
 constexpr int kConfigurationDirectory = 27;

@@ -2,15 +2,7 @@
 //
 // The library's border. An exported function begins with a TavCall, and is a function-try-block
 // whose one handler is AnswerException when anything in it can throw; so its log lines keep the
-// name of the function:
-//
-//   int tav_is_isp_app(const char* app_id) try {
-//     const TavCall call;
-//     const DatabaseLock lock;
-//     …
-//   } catch (...) {
-//     return AnswerException(__func__);
-//   }
+// name of the function.
 #ifndef TAV_DB_API_TAV_DB_API_BORDER_H_
 #define TAV_DB_API_TAV_DB_API_BORDER_H_
 

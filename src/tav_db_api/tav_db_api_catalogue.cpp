@@ -13,9 +13,9 @@
 
 #include "tav_common/tav_arguments.h"
 #include "tav_common/tav_handles.h"
-#include "tav_db_api/tav_db_api_blacklist.h"
 #include "tav_db_api/tav_db_api_border.h"
 #include "tav_db_api/tav_db_api_catalogue_text.h"
+#include "tav_db_api/tav_db_api_throwing.h"
 #include "tav_db_api/tav_db_client_checks.h"
 #include "tav_db_api/tav_db_client_connection.h"
 #include "tav_db_api/tav_db_client_values.h"

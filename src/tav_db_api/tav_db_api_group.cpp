@@ -7,8 +7,7 @@
 
 #include "tav_common/tav_log.h"
 #include "tav_db_api/tav_db_api_border.h"
-#include "tav_db_api/tav_db_api_lookup.h"
-#include "tav_db_api/tav_db_api_text_list.h"
+#include "tav_db_api/tav_db_api_throwing.h"
 #include "tav_db_api/tav_db_client_values.h"
 #include "tav_db_api_inner.h"
 

@@ -2,7 +2,7 @@
 //
 // The exported lookups of one app. They differ in the names they match and in their texts; the
 // doubled blanks of the conditions are kept.
-#include "tav_db_api/tav_db_api_lookup.h"
+#include "tav_db_api/tav_db_api_throwing.h"
 
 #include <system_info.h>
 

@@ -11,7 +11,7 @@
 #include "tav_common/tav_handles.h"
 #include "tav_db_api.h"
 #include "tav_db_api/tav_db_api_border.h"
-#include "tav_db_api/tav_db_api_lookup.h"
+#include "tav_db_api/tav_db_api_throwing.h"
 #include "tav_db_api/tav_db_client_checks.h"
 #include "tav_db_api/tav_db_client_text.h"
 #include "tav_db_api/tav_db_client_values.h"

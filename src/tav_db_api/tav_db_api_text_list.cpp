@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "tav_db_api/tav_db_api_text_list.h"
+#include "tav_db_api/tav_db_api_throwing.h"
 
 #include <algorithm>
 

@@ -10,7 +10,7 @@
 #include "tav_common/tav_settings_keys.h"
 #include "tav_db_api.h"
 #include "tav_db_api/tav_db_api_border.h"
-#include "tav_db_api/tav_db_api_text_list.h"
+#include "tav_db_api/tav_db_api_throwing.h"
 #include "tav_db_api/tav_db_client_app_info.h"
 #include "tav_db_api/tav_db_client_checks.h"
 #include "tav_db_api/tav_db_client_inner.h"

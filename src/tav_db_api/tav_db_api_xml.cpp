@@ -9,7 +9,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <memory>
 #include <utility>
 
 #include "tav_common/tav_arguments.h"
@@ -23,8 +22,6 @@
 #include "tav_db_api/tav_db_client_values.h"
 
 namespace {
-
-using File = std::unique_ptr<FILE, CallOnRelease<std::fclose>>;
 
 constexpr int kDataDirectory = 2;  // the platform's number of the variable
 constexpr char kXmlFile[] = "/tavcore/common/apps_info.xml";

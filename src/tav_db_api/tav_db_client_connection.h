@@ -8,7 +8,6 @@
 #include <string>
 #include <vector>
 
-#include "tav_common/tav_fork.h"
 #include "tav_common/tav_log.h"
 #include "tav_common/tav_mutex.h"
 #include "tav_db_api/tav_db_client_bind.h"
@@ -32,8 +31,19 @@ extern TavMutex g_Mute;
 extern sqlite3* g_pConnection GUARDED_BY(g_Mute);
 extern sqlite3_stmt* g_pStmt GUARDED_BY(g_Mute);
 
-// Holds g_Mute around a call's work with the database or the service. Throws in a child that was
-// forked while a thread of its parent did such work: see TavRunningCall.
+// Counts a call that uses the database or the service, from before it waits for g_Mute until after
+// it has released it. Throws in a process that was forked while a call was counted, and in all that
+// descend from it: of its parent's threads a child has the one that forked, and what another one
+// had locked stays locked for ever.
+class TavRunningCall {
+ public:
+  TavRunningCall();
+  ~TavRunningCall();
+  TavRunningCall(const TavRunningCall&) = delete;
+  TavRunningCall& operator=(const TavRunningCall&) = delete;
+};
+
+// Holds g_Mute around a counted call's work.
 class SCOPED_CAPABILITY DatabaseLock {
  public:
   DatabaseLock() ACQUIRE(g_Mute) { g_Mute.Lock(); }
