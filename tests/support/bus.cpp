@@ -25,6 +25,21 @@ std::filesystem::path MakeDirectory() {
   return place;
 }
 
+// A command as an activation file has it: words quoted as for a shell, in a value in which a
+// backslash begins an escape.
+std::string ExecValue(const std::vector<std::string>& command) {
+  std::string value;
+  for (const std::string& word : command) {
+    const tav_device::GTextHandle quoted(g_shell_quote(word.c_str()));
+    if (!value.empty()) value += ' ';
+    for (const char* letter = quoted.get(); *letter != '\0'; ++letter) {
+      if (*letter == '\\') value += '\\';
+      value += *letter;
+    }
+  }
+  return value;
+}
+
 void Remove(const std::filesystem::path& directory) {
   std::error_code ignored;
   std::filesystem::remove_all(directory, ignored);
@@ -127,11 +142,11 @@ void Bus::Start() {
   m_bus->Start();
 }
 
-void Bus::Offer(const std::string& name, const std::string& command) {
+void Bus::Offer(const std::string& name, const std::vector<std::string>& command) {
   const std::filesystem::path services = m_directory / "services";
   std::filesystem::create_directory(services);
   std::ofstream(services / (name + ".service"))
-      << "[D-BUS Service]\nName=" << name << "\nExec=" << command << "\n";
+      << "[D-BUS Service]\nName=" << name << "\nExec=" << ExecValue(command) << "\n";
 
   const std::filesystem::path file = m_directory / "bus.conf";
   std::ifstream in(file);

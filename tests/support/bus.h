@@ -7,6 +7,7 @@
 #include <chrono>
 #include <filesystem>
 #include <string>
+#include <vector>
 
 #include "device/bus.h"
 #include "device/handles.h"
@@ -66,7 +67,7 @@ class Bus {
   // Starts it again at the same address.
   void Start();
   // Lets it start a program, with its arguments, for who wants to call the owner of a name.
-  void Offer(const std::string& name, const std::string& command);
+  void Offer(const std::string& name, const std::vector<std::string>& command);
   // Keeps it from running, connections and all, until Resume.
   void Stall();
   void Resume();

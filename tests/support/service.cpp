@@ -95,9 +95,9 @@ void Service::Forget() {
 
 void OfferService(Bus& bus) {
   // The test's log belongs to the library alone.
-  bus.Offer(Service::kName, std::string("/usr/bin/env -u DLOG_FILE DLOG_LEVEL=W ") +
-                                tav_device::kBusVariable + "=" + bus.Address() +
-                                " " TAVCORE_SIM " --ready-file none");
+  bus.Offer(Service::kName, {"/usr/bin/env", "-u", "DLOG_FILE", "DLOG_LEVEL=W",
+                             tav_device::kBusVariable + ("=" + bus.Address()), TAVCORE_SIM,
+                             "--ready-file", "none"});
 }
 
 std::vector<ServiceCall> CallsOnBus(const Peer& peer) {

@@ -12,7 +12,7 @@ shift
 
 cat >$place/.zshrc <<END
 PROMPT= RPROMPT= ZLE_RPROMPT_INDENT=0
-fpath=($directory \$fpath)
+fpath=(${(q)directory} \$fpath)
 autoload -Uz compinit && compinit -u -D
 setopt no_list_beep no_beep
 compadd() {
@@ -23,17 +23,17 @@ compadd() {
   fi
   local -a offers
   builtin compadd -A offers "\$@"
-  print -rl -- \$offers >>$place/offers
+  print -rl -- \$offers >>${(q)place}/offers
   builtin compadd "\$@"
 }
 _offer() {
   _main_complete
-  print -r -- -- >>$place/offers
+  print -r -- -- >>${(q)place}/offers
 }
 zle -C offer complete-word _offer
 bindkey -e  # in which ^U clears the line
 bindkey '^I' offer
-: >$place/ready
+: >${(q)place}/ready
 END
 
 await() {

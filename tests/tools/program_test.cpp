@@ -76,7 +76,7 @@ Result ProgramTest::RunHere(const std::string& program, const std::vector<std::s
                             int out) const {
   Command command{program, arguments, {}, out};
   command.environment = {{"HOME", m_directory},
-                         {"PATH", "/usr/bin:/bin"},
+                         {"PATH", PROGRAMS ":/usr/bin:/bin"},
                          {"LC_ALL", "C.UTF-8"},
                          {"DLOG_LEVEL", "S"},
                          {"TAV_DEVICE_ROOT", Device()}};

@@ -32,7 +32,8 @@ class ProgramTest : public testing::Test {
   // Writes a file in the test's directory and returns its path.
   std::string Write(const std::string& name, const std::string& content) const;
 
-  // Run with the log switched off, so that standard error holds the program's own words alone.
+  // Run with the log switched off, so that standard error holds the program's own words alone. A
+  // shell finds the tools in its PATH.
   Result Sandbox(const std::vector<std::string>& arguments, int out = -1) const;
   Result Tavctl(const std::vector<std::string>& arguments, int out = -1) const;
   Result Shell(const std::string& script, const std::vector<std::string>& arguments) const;

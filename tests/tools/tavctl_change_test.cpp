@@ -18,12 +18,12 @@ constexpr char kChangedDevice[] = R"({"apps": [
 
 class TavctlChange : public ProgramTest {
  protected:
-  // Runs a shell script in a sandbox; $T is tavctl.
+  // Runs a shell script in a sandbox.
   Result InSandbox(const std::string& script, std::vector<std::string> options = {}) {
     std::vector<std::string> arguments = {"--seed", Write("seed.json", kChangedDevice)};
     arguments.insert(arguments.end(), options.begin(), options.end());
-    for (const std::string& word : {std::string("--"), std::string("/bin/sh"), std::string("-c"),
-                                    "T='" TAVCTL "'; " + script}) {
+    for (const std::string& word :
+         {std::string("--"), std::string("/bin/sh"), std::string("-c"), script}) {
       arguments.push_back(word);
     }
     return Sandbox(arguments);
@@ -32,7 +32,7 @@ class TavctlChange : public ProgramTest {
 
 TEST_F(TavctlChange, LocksAndUnlocksAnApp) {
   const Result result = InSandbox(
-      "$T lock clock && $T info clock | grep is_lock; $T unlock clock && $T info clock | grep "
+      "tavctl lock clock && tavctl info clock | grep is_lock; tavctl unlock clock && tavctl info clock | grep "
       "is_lock");
   EXPECT_EQ(result.status, 0) << result;
   EXPECT_THAT(result.out, testing::MatchesRegex("is_lock +1\nis_lock +0\n"));
@@ -40,41 +40,42 @@ TEST_F(TavctlChange, LocksAndUnlocksAnApp) {
 
 TEST_F(TavctlChange, IsSeenByAWatcherInAnotherProcess) {
   const Result result = InSandbox(
-      "cd \"$TAV_DEVICE_ROOT\"; mkfifo begun; $T watch --count 1 memory/tav/app_change 2>begun & "
-      "read -r line <begun; $T lock clock; wait");
+      "cd \"$TAV_DEVICE_ROOT\"; mkfifo begun; tavctl watch --count 1 memory/tav/app_change 2>begun & "
+      "read -r line <begun; tavctl lock clock; wait");
   EXPECT_EQ(result.status, 0) << result;
   EXPECT_THAT(result.out, testing::MatchesRegex("[^ ]+  memory/tav/app_change  1\n"));
 }
 
 TEST_F(TavctlChange, RatesAnApp) {
-  const Result result = InSandbox("$T rate clock 4 && $T show-property clock --property rating");
+  const Result result =
+      InSandbox("tavctl rate clock 4 && tavctl show-property clock --property rating");
   EXPECT_EQ(result.status, 0) << result;
   EXPECT_THAT(result.out, HasSubstr("4"));
 }
 
 TEST_F(TavctlChange, CountsAUseAndMarksAnUpdate) {
-  const Result result =
-      InSandbox("$T use clock && $T use clock && $T mark-updated clock && $T info clock --json");
+  const Result result = InSandbox(
+      "tavctl use clock && tavctl use clock && tavctl mark-updated clock && tavctl info clock --json");
   EXPECT_EQ(result.status, 0) << result;
   EXPECT_THAT(result.out, HasSubstr("\"use_count\" : 2"));
 }
 
 TEST_F(TavctlChange, SetsAndShowsTheTicker) {
-  const Result result = InSandbox("$T ticker && $T ticker 3 && $T ticker");
+  const Result result = InSandbox("tavctl ticker && tavctl ticker 3 && tavctl ticker");
   EXPECT_EQ(result.status, 0) << result;
   EXPECT_EQ(result.out, "0\n3\n");
 }
 
 TEST_F(TavctlChange, TellsWhetherTheServiceIsAtWorkOnAnApp) {
   const Result result = InSandbox(
-      "for app in clock busy needy none; do $T installing $app; echo $?; done; "
-      "for app in clock busy none; do $T updating $app; echo $?; done");
+      "for app in clock busy needy none; do tavctl installing $app; echo $?; done; "
+      "for app in clock busy none; do tavctl updating $app; echo $?; done");
   EXPECT_EQ(result.status, 0) << result;
   EXPECT_EQ(result.out, "no\n1\nyes\n0\nyes\n0\nno\n1\nno\n1\nyes\n0\nno\n1\n");
 }
 
 TEST_F(TavctlChange, FailsWithItsReasonForAnAppThatTheServiceDoesNotKnow) {
-  const Result result = InSandbox("$T lock none");
+  const Result result = InSandbox("tavctl lock none");
   EXPECT_EQ(result.status, 1) << result;
   EXPECT_EQ(result.err,
             "tavctl: the service did not change \"none\", or the call was refused; the platform "
@@ -82,7 +83,7 @@ TEST_F(TavctlChange, FailsWithItsReasonForAnAppThatTheServiceDoesNotKnow) {
 }
 
 TEST_F(TavctlChange, FailsWhenTheServiceDoes) {
-  const Result result = InSandbox("$T ticker 1", {"--service-option=--fault=*=error"});
+  const Result result = InSandbox("tavctl ticker 1", {"--service-option=--fault=*=error"});
   EXPECT_EQ(result.status, 1) << result;
   EXPECT_THAT(result.err, HasSubstr("the service did not answer"));
 }

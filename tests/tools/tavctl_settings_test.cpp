@@ -24,17 +24,17 @@ class TavctlSettings : public ProgramTest {
  protected:
   TavctlSettings() { MakeDevice(kSetDevice); }
 
-  // Runs a script: $T is tavctl, `watching ARGUMENTS` starts tavctl watch in the background, its
+  // Runs a script: `watching ARGUMENTS` starts tavctl watch in the background, its
   // output in the file changes, and returns when the watch has begun; `shown TEXT` returns when
   // the file has it.
   Result Script(const std::string& script) const {
-    return Shell("set -e; T='" TAVCTL
-                 "'; cd \"$1\"; mkfifo begun\n"
-                 "watching() { $T watch \"$@\" >changes 2>begun & watcher=$!; read -r line <begun; "
-                 "[ \"$line\" = 'tavctl: watching' ]; }\n"
-                 "shown() { until grep -q \"$1\" changes; do sleep 0.02; done; }\n" +
-                     script,
-                 {Directory()});
+    return Shell(
+        "set -e; cd \"$1\"; mkfifo begun\n"
+        "watching() { tavctl watch \"$@\" >changes 2>begun & watcher=$!; read -r line <begun; "
+        "[ \"$line\" = 'tavctl: watching' ]; }\n"
+        "shown() { until grep -q \"$1\" changes; do sleep 0.02; done; }\n" +
+            script,
+        {Directory()});
   }
 };
 
@@ -72,8 +72,8 @@ TEST_F(TavctlSettings, ShowsThemAsJsonWithNullForWhatIsMissingOrOfAnotherType) {
 
 TEST_F(TavctlSettings, SetsAPublishedSettingInTheTypeThatTheServiceGivesIt) {
   const Result result = Script(
-      "$T set-setting memory/tav/app_install org.example.new; $T set-setting memory/tav/appsync "
-      "-- -12; $T set-setting db/comss/appkey 15; $T settings | grep -E 'install|appsync|appkey'");
+      "tavctl set-setting memory/tav/app_install org.example.new; tavctl set-setting memory/tav/appsync "
+      "-- -12; tavctl set-setting db/comss/appkey 15; tavctl settings | grep -E 'install|appsync|appkey'");
   EXPECT_EQ(result, (Result{0,
                             "db/comss/appkey            string  15\n"
                             "memory/tav/appsync         int     -12\n"
@@ -83,9 +83,9 @@ TEST_F(TavctlSettings, SetsAPublishedSettingInTheTypeThatTheServiceGivesIt) {
 
 TEST_F(TavctlSettings, SetsAnyOtherSettingInTheTypeThatItHasOrIsGiven) {
   const Result result = Script(
-      "$T set-setting db/other/number 5; $T set-setting db/other/text 5; "
-      "$T set-setting db/other/new --type int 5; $T set-setting db/other/newer --type string 5; "
-      "$T set-setting db/tav/factory_reset --type string 5; "
+      "tavctl set-setting db/other/number 5; tavctl set-setting db/other/text 5; "
+      "tavctl set-setting db/other/new --type int 5; tavctl set-setting db/other/newer --type string 5; "
+      "tavctl set-setting db/tav/factory_reset --type string 5; "
       "cd device/vconf/db; cat other/number other/text other/new other/newer tav/factory_reset");
   EXPECT_EQ(result, (Result{0, "int\n5\nstring\n5\nint\n5\nstring\n5\nstring\n5\n", ""}));
 }
@@ -118,7 +118,7 @@ TEST_F(TavctlSettings, RefusesAKeyThatNoSettingCanHave) {
 }
 
 TEST_F(TavctlSettings, SetsNothingOnADevice) {
-  const Result result = Shell("exec '" TAVCTL_OF_A_DEVICE "' set-setting db/other/number 5", {});
+  const Result result = Shell("tavctl_of_a_device set-setting db/other/number 5", {});
   EXPECT_EQ(result, (Result{1, "", "tavctl: the settings of a device are not set from here\n"}));
   EXPECT_EQ(ReadFile(Device() / "vconf/db/other/number"), "int\n4\n");
 }
@@ -129,9 +129,9 @@ constexpr char kTime[] =
 TEST_F(TavctlSettings, WatchShowsALineForEachChangeThatAnotherProcessMakes) {
   const Result result = Script(
       "watching --count 3 memory/tav/app_install memory/tav/appsync; "
-      "$T set-setting memory/tav/app_install org.example.new; shown new; "
-      "$T set-setting memory/tav/appsync 2; shown 'appsync  2'; "
-      "$T set-setting memory/tav/appsync 2; wait $watcher; cat changes");
+      "tavctl set-setting memory/tav/app_install org.example.new; shown new; "
+      "tavctl set-setting memory/tav/appsync 2; shown 'appsync  2'; "
+      "tavctl set-setting memory/tav/appsync 2; wait $watcher; cat changes");
   EXPECT_EQ(result.status, 0) << result;
   EXPECT_THAT(
       result.out,
@@ -142,7 +142,7 @@ TEST_F(TavctlSettings, WatchShowsALineForEachChangeThatAnotherProcessMakes) {
 TEST_F(TavctlSettings, WatchShowsTheLastOfManyChanges) {
   const Result result = Script(
       "watching --json; i=0; while [ $i -lt 50 ]; do i=$((i+1)); "
-      "$T set-setting db/tav/factory_reset $((i+10)); done; "
+      "tavctl set-setting db/tav/factory_reset $((i+10)); done; "
       "shown '\"value\":60}'; "
       "kill -INT $watcher; wait $watcher");
   EXPECT_EQ(result, (Result{0, "", ""}));
@@ -151,8 +151,8 @@ TEST_F(TavctlSettings, WatchShowsTheLastOfManyChanges) {
 TEST_F(TavctlSettings, WatchShowsAnObjectALineAsJson) {
   const Result result = Script(
       "watching --json --count 2 memory/tav/app_install db/other/number; "
-      "$T set-setting memory/tav/app_install 'a \"b\"'; shown app_install; "
-      "$T set-setting db/other/number 9; wait $watcher; cat changes");
+      "tavctl set-setting memory/tav/app_install 'a \"b\"'; shown app_install; "
+      "tavctl set-setting db/other/number 9; wait $watcher; cat changes");
   EXPECT_EQ(result.status, 0) << result;
   EXPECT_THAT(
       result.out,
@@ -165,7 +165,7 @@ TEST_F(TavctlSettings, WatchShowsAnObjectALineAsJson) {
 TEST_F(TavctlSettings, WatchTakesAKeyThatIsNamedTwiceOnce) {
   const Result result = Script(
       "watching memory/tav/appsync db/other/text memory/tav/appsync db/other/text; "
-      "$T set-setting memory/tav/appsync 2; $T set-setting db/other/text last; "
+      "tavctl set-setting memory/tav/appsync 2; tavctl set-setting db/other/text last; "
       "shown last; kill -TERM $watcher; wait $watcher; "
       "sed 's/[^ ]*  //' changes");
   EXPECT_EQ(result, (Result{0, "memory/tav/appsync  2\ndb/other/text  last\n", ""}));
@@ -178,9 +178,9 @@ TEST_F(TavctlSettings, WatchEndsWithStatus0OnCtrlC) {
 
 TEST_F(TavctlSettings, WatchSaysSoWhenItsReaderHasLeft) {
   const Result result = Script(
-      "mkfifo out; (set +e; $T watch >out 2>err; echo $? >status) & "
+      "mkfifo out; (set +e; tavctl watch >out 2>err; echo $? >status) & "
       "exec 3<out; until grep -q watching err; do sleep 0.02; done; exec 3<&-; "
-      "$T set-setting memory/tav/appsync 2; wait; cat status err");
+      "tavctl set-setting memory/tav/appsync 2; wait; cat status err");
   EXPECT_EQ(result.out, "1\ntavctl: watching\ntavctl: the output cannot be written\n") << result;
 }
 
