@@ -3,7 +3,10 @@
 // tavctl's command line: help, version, wrong usage, and output that nobody takes.
 #include <fcntl.h>
 #include <gmock/gmock.h>
+#include <sys/socket.h>
 #include <unistd.h>
+
+#include <csignal>
 
 #include "program_test.h"
 
@@ -131,13 +134,31 @@ TEST_F(TavctlUsage, FailsOnAFullDisk) {
   close(full);
 }
 
-TEST_F(TavctlUsage, FailsWhenTheReaderIsGone) {
+// As `tavctl list | head` may.
+TEST_F(TavctlUsage, EndsQuietlyBySigpipeWhenTheReaderIsGone) {
+  MakeOneApp();
+  const Result quiet{128 + SIGPIPE, "", ""};
+  int ends[2];
+  ASSERT_EQ(pipe2(ends, O_CLOEXEC), 0);
+  close(ends[0]);
+  EXPECT_EQ(Tavctl({"info", "a"}, ends[1]), quiet);
+  EXPECT_EQ(Tavctl({"list"}, ends[1]), quiet);
+  close(ends[1]);
+  ASSERT_EQ(socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends), 0);
+  close(ends[0]);
+  EXPECT_EQ(Tavctl({"list", "--csv"}, ends[1]), quiet);
+  close(ends[1]);
+}
+
+TEST_F(TavctlUsage, MakesAChangeWhoseReportIsNotRead) {
   MakeOneApp();
   int ends[2];
   ASSERT_EQ(pipe2(ends, O_CLOEXEC), 0);
   close(ends[0]);
-  EXPECT_EQ(Tavctl({"info", "a"}, ends[1]), kUnwritable);
+  EXPECT_EQ(Tavctl({"export", "xml"}, ends[1]), (Result{128 + SIGPIPE, "", ""}));
   close(ends[1]);
+  EXPECT_THAT(ReadFile(Device() / "data/tavcore/common/apps_info.xml"),
+              HasSubstr("<widget id=\"a\""));
 }
 
 TEST_F(TavctlUsage, FailsWithAClosedStandardOutput) {

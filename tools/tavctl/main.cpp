@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 //
 // tavctl: what the library knows, on the command line. Maps failures to exit statuses.
+#include <poll.h>
+#include <unistd.h>
+
 #include <CLI/CLI.hpp>
 #include <csignal>
 #include <exception>
@@ -27,10 +30,16 @@ int Run(int argc, char** argv) {
   return kSuccess;
 }
 
+// Whether standard output is a pipe or a socket that nobody reads any more.
+bool HasReaderLeft() {
+  pollfd out = {STDOUT_FILENO, POLLOUT, 0};
+  return poll(&out, 1, 0) == 1 && (out.revents & (POLLERR | POLLHUP)) != 0;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
-  std::signal(SIGPIPE, SIG_IGN);  // a reader that left is a write error like any other
+  std::signal(SIGPIPE, SIG_IGN);  // what has begun is done, although its output is not read
   int status = kRefused;
   try {
     status = Run(argc, argv);
@@ -41,6 +50,10 @@ int main(int argc, char** argv) {
     std::cerr << "tavctl: " << error.what() << "\n";
   }
   if (!std::cout.flush()) {
+    if (HasReaderLeft()) {  // tavctl list | head: a quiet end, as of any other program
+      std::signal(SIGPIPE, SIG_DFL);
+      std::raise(SIGPIPE);
+    }
     std::cerr << "tavctl: the output cannot be written\n";
     return kRefused;
   }
