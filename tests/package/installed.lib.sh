@@ -1,12 +1,23 @@
 # SPDX-License-Identifier: Apache-2.0
 # shellcheck shell=bash
 # install_and_make_device CMAKE BUILD: installs the build into a temporary prefix, makes a
-# device, and sets PREFIX, PLACE and TAV_DEVICE_ROOT.
+# device, and sets PREFIX, PLACE and TAV_DEVICE_ROOT. When the test fails, it shows what the
+# programs have written to $PLACE/log, $PLACE/err and the like.
 set -euo pipefail
+
+clean_up() {
+  local status=$? file
+  if [ "$status" -ne 0 ]; then
+    for file in "$PLACE"/{*.log,log,out,err}; do
+      [ ! -s "$file" ] || { echo "== ${file##*/}"; cat "$file"; }
+    done
+  fi
+  rm -rf "$PLACE"
+}
 
 install_and_make_device() {
   PLACE=$(mktemp -d)
-  trap 'rm -rf "$PLACE"' EXIT
+  trap clean_up EXIT
   PREFIX=$PLACE/prefix
   "$1" --install "$2" --prefix "$PREFIX" >"$PLACE/install.log"
   "$PREFIX/bin/tav-sandbox" --create "$PLACE/device"

@@ -96,7 +96,7 @@ void Gather(pollfd (&ends)[2], std::string* const (&texts)[2]) {
     const auto left =
         std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now()).count();
     if (left <= 0 || (poll(ends, 2, static_cast<int>(left)) < 0 && errno != EINTR)) {
-      throw std::runtime_error("the program does not end");
+      throw std::runtime_error("the program does not end; it wrote:\n" + *texts[0] + *texts[1]);
     }
     for (int i = 0; i < 2; ++i) {
       if (ends[i].fd < 0 || ends[i].revents == 0) continue;

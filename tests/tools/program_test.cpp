@@ -8,8 +8,10 @@
 #include <algorithm>
 #include <cstdlib>
 #include <fstream>
+#include <iostream>
 #include <iterator>
 #include <memory>
+#include <sstream>
 #include <stdexcept>
 
 namespace test {
@@ -50,6 +52,7 @@ ProgramTest::ProgramTest() {
 }
 
 ProgramTest::~ProgramTest() {
+  if (HasFailure()) std::cerr << m_told;
   std::error_code ignored;
   fs::remove_all(m_directory, ignored);
 }
@@ -84,7 +87,11 @@ Result ProgramTest::RunHere(const std::string& program, const std::vector<std::s
   for (const char* name : {"ASAN_OPTIONS", "UBSAN_OPTIONS", "TSAN_OPTIONS", "LSAN_OPTIONS"}) {
     if (const char* value = std::getenv(name)) command.environment[name] = value;
   }
-  return RunCommand(command);
+  const Result result = RunCommand(command);
+  std::ostringstream told;
+  told << "=== " << program << ": " << result << "\n";
+  m_told += told.str();
+  return result;
 }
 
 Result ProgramTest::Sandbox(const std::vector<std::string>& arguments, int out) const {

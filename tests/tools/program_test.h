@@ -46,6 +46,7 @@ class ProgramTest : public testing::Test {
                  int out) const;
 
   std::filesystem::path m_directory;
+  mutable std::string m_told;  // what the programs said, shown when the test fails
 };
 
 std::string ReadFile(const std::filesystem::path& path);

@@ -3,6 +3,7 @@
 
 #include <cstdlib>
 #include <fstream>
+#include <iostream>
 #include <iterator>
 #include <stdexcept>
 
@@ -22,6 +23,12 @@ SandboxRun::SandboxRun() {
 }
 
 SandboxRun::~SandboxRun() {
+  if (HasFailure()) {
+    for (const auto& entry : fs::directory_iterator(m_directory)) {
+      if (entry.path().extension() != ".err") continue;
+      std::cerr << "=== " << entry.path().stem().string() << "\n" << Read(entry.path().filename());
+    }
+  }
   std::error_code ignored;
   fs::remove_all(m_directory, ignored);
 }

@@ -20,8 +20,8 @@ KEYS = ["", "x", "titel", "a b", "a/b", "/a", "a/", "a//b", ".", "..", "a/../b",
 
 
 def columns(read_seeds):
-    lines = subprocess.run([read_seeds, "--columns"], check=True, capture_output=True, text=True)
-    return [line.split() for line in lines.stdout.splitlines()]
+    lines = subprocess.check_output([read_seeds, "--columns"], text=True)
+    return [line.split() for line in lines.splitlines()]
 
 
 def good_seed(table):
@@ -90,9 +90,8 @@ def verdicts(read_seeds, texts):
             paths.append(os.path.join(place, f"{number}.json"))
             with open(paths[-1], "w", encoding="utf-8") as file:
                 file.write(text)
-        run = subprocess.run([read_seeds], input="\n".join(paths) + "\n", check=True,
-                             capture_output=True, text=True)
-    return run.stdout.split("\n")[:-1]
+        answers = subprocess.check_output([read_seeds], input="\n".join(paths) + "\n", text=True)
+    return answers.split("\n")[:-1]
 
 
 def main(read_seeds, schema_path, *seeds):

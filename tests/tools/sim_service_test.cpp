@@ -4,6 +4,7 @@
 #include <gio/gio.h>
 
 #include <fstream>
+#include <iostream>
 
 #include "sim_test.h"
 
@@ -34,6 +35,10 @@ int RunSim(const std::vector<std::string>& options, const std::filesystem::path&
 
 class SimService : public SimTest {
  protected:
+  ~SimService() override {
+    if (HasFailure()) std::cerr << said;
+  }
+
   int Run(const std::vector<std::string>& options) { return RunSim(options, device.Root(), &said); }
 
   std::string said;
