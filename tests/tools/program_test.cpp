@@ -53,8 +53,9 @@ ProgramTest::ProgramTest() {
 
 ProgramTest::~ProgramTest() {
   if (HasFailure()) std::cerr << m_told;
-  std::error_code ignored;
-  fs::remove_all(m_directory, ignored);
+  std::error_code error;
+  fs::remove_all(m_directory, error);
+  EXPECT_FALSE(error) << m_directory << ": " << error.message();
 }
 
 std::vector<std::string> ProgramTest::Entries() const {

@@ -19,7 +19,8 @@ SandboxRun::SandboxRun() {
   environment = {{"TMPDIR", m_directory / "tmp"},
                  {"DBUS_SYSTEM_BUS_ADDRESS", std::nullopt},
                  {"TAV_DEVICE_ROOT", std::nullopt},
-                 {"LC_ALL", "C.UTF-8"}};
+                 {"LC_ALL", "C.UTF-8"},
+                 {"PATH", "/usr/bin:/bin"}};
 }
 
 SandboxRun::~SandboxRun() {

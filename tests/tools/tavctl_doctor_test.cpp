@@ -44,7 +44,7 @@ class TavctlDoctor : public ProgramTest {
         getuid() == 0 ? "setpriv --bounding-set -dac_override,-dac_read_search " : "";
     return Shell("cd \"$1\" && " + command + " && " +
                      "DBUS_SYSTEM_BUS_ADDRESS=unix:path=/nowhere/bus " + bounded +
-                     "tavctl_with_markers doctor",
+                     "tavctl_with_markers doctor; status=$?; chmod -R u+w .; exit $status",
                  {Directory()});
   }
 
