@@ -4,6 +4,7 @@
 # own, uses them as a user does, and removes them. scripts/check packages runs it.
 set -euo pipefail
 
+debs=$(realpath "$1")
 examples=$(realpath "$(dirname "${BASH_SOURCE[0]}")/../../examples")
 install() {
   DEBIAN_FRONTEND=noninteractive apt-get install -y -q --no-install-recommends "$@" \
@@ -13,11 +14,11 @@ cd /tmp
 apt-get update -q >/tmp/apt.log 2>&1 || { cat /tmp/apt.log; exit 1; }
 
 # What the packages ask for is enough to run what is in them.
-install "$1"/libtav-db-api_*.deb "$1"/tav-db-api-tools_*.deb
+install "$debs"/libtav-db-api_*.deb "$debs"/tav-db-api-tools_*.deb
 tav-sandbox -- sh -c 'tavctl lock org.example.clock && tavctl info org.example.clock' >out
 grep -q '^is_lock  *1$' out
 
-install "$1"/libtav-db-api-dev_*.deb cmake g++ make pkg-config libglib2.0-dev
+install "$debs"/libtav-db-api-dev_*.deb cmake g++ make pkg-config libglib2.0-dev
 
 # expect_installation PROGRAM: it tells of an app that is installed beside it.
 expect_installation() {

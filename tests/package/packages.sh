@@ -64,5 +64,5 @@ find "$root" ! -type d >"$place/found"
 diff /dev/null "$place/found"
 
 echo "== the Debian packages on a bare system"
-"$here/../../scripts/in-fresh-debian" /src/tests/package/on_a_bare_system.sh \
-  "/src/${packages#"$(realpath "$here/../..")/"}"
+"$here/../../scripts/in-fresh-debian" tests/package/on_a_bare_system.sh \
+  "${packages#"$(realpath "$here/../..")/"}"
