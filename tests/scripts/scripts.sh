@@ -4,6 +4,7 @@
 # that has the programs of $place/bin alone.
 # shellcheck disable=SC2016 # the programs expand their arguments themselves
 set -euo pipefail
+unset CCACHE_DISABLE CMAKE_CXX_COMPILER_LAUNCHER # what scripts/test has set
 check=$1 root=$2
 place=$(mktemp -d)
 trap 'rm -rf "$place"' EXIT
