@@ -6,8 +6,10 @@
 #include <pthread.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <cstdio>
 #include <cstring>
+#include <set>
 
 #include "on_the_bus.h"
 #include "tav_common/tav_proxy.h"
@@ -22,6 +24,8 @@ bool g_opens_nothing = false;
 bool g_reads_nothing = false;
 bool g_registers_nothing = false;
 int g_unregistered = 0;
+bool g_follows_no_links = false;
+sigset_t g_blocked;     // in the last thread that was started without attributes
 std::string g_program;  // what every link leads to; empty: where it does lead to
 
 template <typename Function>
@@ -37,6 +41,7 @@ int pthread_create(pthread_t* thread, const pthread_attr_t* attributes, void* (*
                    void* argument) {
   // GLib's own threads, which connecting needs, have attributes.
   if (g_has_no_threads && attributes == nullptr) return EAGAIN;
+  if (attributes == nullptr) pthread_sigmask(SIG_SETMASK, nullptr, &g_blocked);  // it inherits them
   return Real<decltype(pthread_create)>("pthread_create")(thread, attributes, start, argument);
 }
 
@@ -51,6 +56,7 @@ char* fgets(char* line, int size, FILE* file) {
 }
 
 ssize_t readlink(const char* path, char* target, size_t size) {
+  if (g_follows_no_links) return -1;
   if (g_program.empty()) return Real<decltype(readlink)>("readlink")(path, target, size);
   const size_t length = std::min(size, g_program.size());
   std::memcpy(target, g_program.data(), length);
@@ -140,6 +146,12 @@ TEST_F(SystemFaults, OfTheCommandLineLeaveTheProcessWithoutAName) {
   EXPECT_TRUE(log.HasError("fgets failed!"));
 }
 
+TEST_F(SystemFaults, OfTheProgramsLinkLeaveTheProcessWithoutAName) {
+  g_follows_no_links = true;
+  EXPECT_EQ(getProcessName(), "no_name");
+  EXPECT_TRUE(log.HasError("readlink failed!"));
+}
+
 TEST_F(SystemFaults, OfALongPathAreToldAndLeaveItsBeginningForAName) {
   g_program = "/" + std::string(1022, 'p');
   EXPECT_EQ(getProcessName(), g_program);
@@ -148,6 +160,23 @@ TEST_F(SystemFaults, OfALongPathAreToldAndLeaveItsBeginningForAName) {
   const std::string beginning = g_program.substr(0, 1024);
   EXPECT_EQ(getProcessName(), beginning);
   EXPECT_TRUE(log.HasError("error.  len == 1024, path name is " + beginning + "."));
+}
+
+// The host's handlers must not run in the library's thread, but for those of its own faults.
+TEST_F(SystemFaults, AloneReachTheMonitorAsSignals) {
+  const std::set<int> faults = {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT, SIGTRAP};
+  sigset_t before;
+  pthread_sigmask(SIG_SETMASK, nullptr, &before);
+  CTAVGdbus proxy("db", "tavcore", nullptr, nullptr);
+  ASSERT_TRUE(proxy.GetProxy(kNode, {}));
+  sigset_t after;
+  pthread_sigmask(SIG_SETMASK, nullptr, &after);
+  for (int signal = 1; signal <= SIGRTMAX; ++signal) {
+    EXPECT_EQ(sigismember(&after, signal), sigismember(&before, signal)) << signal;
+    if (signal == SIGKILL || signal == SIGSTOP) continue;  // nothing blocks these
+    if (signal > SIGSYS && signal < SIGRTMIN) continue;    // libc's own
+    EXPECT_EQ(sigismember(&g_blocked, signal), faults.count(signal) == 0 ? 1 : 0) << signal;
+  }
 }
 
 }  // namespace

@@ -138,6 +138,12 @@ TEST_F(BlackList, RemovesItsPackagesFromTheBuiltInAppsInAscendingOrder) {
   EXPECT_EQ(at("elsewhere"), messages.end());
 }
 
+TEST_F(BlackList, GoesOnBehindAPackageThatNoAppIsOf) {
+  Catalogue(Ids{"b", "d", "e"});
+  Blacklist("a\nb\nc\nd\n");
+  EXPECT_EQ(ListedIds(), Ids{"e"});
+}
+
 TEST_F(BlackList, RemovesByPackageAndNotByAppId) {
   Catalogue(
       test::BuiltIns{{"x", "", "p", "", "", "", "", ""}, {"p", "p", "q", "", "", "", "", ""}});
