@@ -4,8 +4,10 @@
 // stand here before the real ones and answer as a test scripts them; what is not scripted goes
 // on to SQLite.
 #include <dlfcn.h>
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sqlite3.h>
+#include <sys/stat.h>
 
 #include <map>
 #include <optional>
@@ -39,6 +41,7 @@ std::map<std::string, Script> g_scripts;  // by the text of the statement
 std::set<sqlite3*> g_databases;           // those that were opened and not closed yet
 std::set<sqlite3_stmt*> g_statements;
 bool g_is_checking = false;
+std::optional<int> g_looks;  // at a file, that succeed
 
 // SQLite calls its own functions by their names; those calls are not the library's.
 thread_local int g_depth = 0;
@@ -66,6 +69,12 @@ Script* ScriptOf(sqlite3_stmt* statement) {
 }  // namespace
 
 extern "C" {
+
+// The tests' stat, which looks for some files elsewhere, ends here.
+int fstatat(int directory, const char* path, struct stat* status, int flags) noexcept {
+  if (g_looks && (*g_looks)-- <= 0) return -1;
+  return CallReal<decltype(fstatat)>("fstatat64", directory, path, status, flags);
+}
 
 int sqlite3_open_v2(const char* file, sqlite3** database, int flags, const char* vfs) {
   const int result =
@@ -153,6 +162,12 @@ class HealthFaults : public ::testing::Test {
   const std::string check_failed = file + " integrity_check failed";
   const std::string check_not_ok = file + " integrity_check not ok";
 };
+
+TEST_F(HealthFaults, RefuseADatabaseThatIsGoneAfterTheFirstLook) {
+  g_looks = 1;
+  EXPECT_FALSE(IsValid());
+  ExpectSaid({"stat failed"}, {});
+}
 
 TEST_F(HealthFaults, RefuseADatabaseThatSqliteCannotOpenForItsDamage) {
   for (const int result : {11, 26}) {
