@@ -2,7 +2,6 @@
 //
 // How long the library would wait at most, as it tells GLib and the system. Their functions stand
 // here before the real ones, so that no test needs to wait as long.
-#include <dlfcn.h>
 #include <pthread.h>
 
 #include <cerrno>
@@ -10,6 +9,7 @@
 #include <optional>
 #include <utility>
 
+#include "in_place.h"
 #include "on_the_bus.h"
 #include "tav_common/tav_proxy.h"
 #include "tav_db_api/tav_db_write_api.h"
@@ -18,17 +18,12 @@ namespace {
 
 using Calls = std::vector<std::pair<std::string, int>>;  // method and limit in milliseconds
 
-constexpr char kNode[] = "<node>  <interface name='org.example.%s'>  </interface></node>";
-
 // What they were asked for by this thread.
 thread_local Calls g_calls;
 thread_local std::vector<guint> g_sources;  // the times of time-out sources
 std::optional<double> g_condition;          // in seconds from then
 
-template <typename Function>
-Function* Real(const char* name) {
-  return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
-}
+const char* g_failure = nullptr;  // the text of the error that calls end with
 
 }  // namespace
 
@@ -40,6 +35,10 @@ GVariant* g_dbus_connection_call_sync(GDBusConnection* connection, const gchar* 
                                       const GVariantType* reply_type, GDBusCallFlags flags,
                                       gint limit, GCancellable* cancellable, GError** error) {
   g_calls.emplace_back(method, limit);
+  if (g_failure != nullptr) {
+    g_set_error_literal(error, G_IO_ERROR, G_IO_ERROR_FAILED, g_failure);
+    return nullptr;
+  }
   return Real<decltype(g_dbus_connection_call_sync)>("g_dbus_connection_call_sync")(
       connection, name, path, interface, method, parameters, reply_type, flags, limit, cancellable,
       error);
@@ -113,6 +112,21 @@ TEST_F(Waits, ForTheMonitorLastTenSeconds) {
   ASSERT_TRUE(g_condition.has_value());
   EXPECT_LE(*g_condition, 10.0);
   EXPECT_GT(*g_condition, 9.9);
+}
+
+TEST_F(Waits, AreOverForAnErrorThatSaysSoInItsTextAlone) {
+  CTAVGdbus proxy("db", "tavcore", nullptr, nullptr);
+  ASSERT_TRUE(proxy.GetProxy(kNode, {}));
+  GVariant* reply = nullptr;
+  int timed_out = 0;
+  g_failure = "Timeout was reach";
+  EXPECT_FALSE(proxy.MethodCall("heartbeat", nullptr, &reply, 10000, &timed_out));
+  EXPECT_EQ(timed_out, 0);
+  g_failure = "Oh: Timeout was reached.";
+  EXPECT_FALSE(proxy.MethodCall("heartbeat", nullptr, &reply, 10000, &timed_out));
+  EXPECT_EQ(timed_out, 1);
+  EXPECT_EQ(reply, nullptr);
+  EXPECT_EQ(log.Count("gdbus timeout"), 1);
 }
 
 TEST_F(Waits, AreNotBegunForATextThatTheBusCannotCarry) {

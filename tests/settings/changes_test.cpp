@@ -127,6 +127,14 @@ TEST_P(Change, FromAKeyThatIsNoneOfTheFourCallsNothing) {
   }
 }
 
+TEST_P(Change, OfANodeWithoutANameCallsNothing) {
+  ASSERT_EQ(setting.add(1, &first), 0);
+  log.Forget();
+  test::LibraryCallback()(nullptr, nullptr);
+  EXPECT_EQ(Written(log), (Texts{"I tav_vconf_notify_cb", "I callback for key (null)",
+                                 "W not supported key (null)"}));
+}
+
 TEST_P(Change, IsToldWithoutTheUserDataThatThePlatformHolds) {
   ASSERT_EQ(setting.add(1, &first), 0);
   ASSERT_EQ(test::RealIgnore(setting.name, test::LibraryCallback()), 0);
