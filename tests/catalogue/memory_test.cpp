@@ -93,6 +93,31 @@ TEST_F(OutOfMemory, LeavesTheXmlFileWithoutItsPath) {
   EXPECT_EQ(test::Ask(tav_write_all_app_info_to_xml).result, 0);
 }
 
+// A stream that is out of memory drops what it is given. The texts end about where it grows.
+TEST_F(OutOfMemory, LeavesNoJsonTextWithoutItsEnd) {
+  constexpr std::size_t kRoom = 4096;
+  const auto ask = [](const std::string& id) {
+    return test::Ask([&](char** json) { return tav_get_app_info_json(id.c_str(), json); });
+  };
+  device.Install(App("app00"));
+  const std::size_t shortest = ask("app00").text.size();
+  int refused = 0;
+  for (int beyond = -5; beyond < 10; ++beyond) {
+    const std::string id = "app" + std::to_string(20 + beyond);
+    const std::size_t title = kRoom + beyond - shortest;
+    device.Install(App(id).Title(std::string(title, 't')));
+    const Answer whole = ask(id);
+    Answer answer;
+    {
+      const Refusing refusing(RoomFor(2 * kRoom));
+      answer = ask(id);
+    }
+    EXPECT_EQ(answer, g_refusals > 0 ? test::kFails : whole) << beyond;
+    refused += g_refusals;
+  }
+  EXPECT_GT(refused, 0);
+}
+
 TEST_F(OutOfMemory, LeavesATextPropertyUntouched) {
   device.Install(App("a")
                      .Package("package")

@@ -50,10 +50,11 @@ TEST_F(AppListEngine, FillsAsManyShortRecordsAsThereAreRowsAndZeroesTheRest) {
 }
 
 TEST_F(AppListEngine, StepsOverTheRowsThatTheShortRecordsDoNotHold) {
-  device.InstallAll({App("a"), App("b"), App("c")});
+  device.InstallAll({App("a"), App("b"), App("c"), App("d")});
   EXPECT_EQ(Read(2, " order by id desc"), 0);
-  EXPECT_EQ(ReadIds(), (Ids{"c", "b", "untouched", "untouched"}));
-  EXPECT_EQ(log.Count("SQLITE_ROW : has another row ready"), 3);
+  EXPECT_EQ(ReadIds(), (Ids{"d", "c", "untouched", "untouched"}));
+  EXPECT_EQ(log.Count("SQLITE_ROW : has another row ready"), 4);
+  EXPECT_TRUE(log.Has("SQLITE_DONE : has finished executing"));
   EXPECT_EQ(log.Count("set app_info success"), 2);
 }
 
