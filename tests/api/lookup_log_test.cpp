@@ -175,10 +175,10 @@ TEST_F(LookupLog, LeavesNoMisshapenLineUnnoticed) {
 }
 
 TEST_F(LookupLog, IsReadWithoutTheLinesOfOthers) {
-  Write("D/VCONF(7): cannot read\nthis\n");
-  Write("I/TavClient(7): tav_a.cpp: F(12) > \033[0;32mcall cb (0)\n\033[0;m\n");
+  Write("D/VCONF(7): cannot read\\nthis\n");
+  Write("I/TavClient(7): tav_a.cpp: F(12) > \033[0;32mcall\\ncb (0)\033[0;m\n");
   Write("E/(7): \n");
-  EXPECT_EQ(log.Messages(), Lines{"call cb (0)\n"});
+  EXPECT_EQ(log.Messages(), Lines{"call\ncb (0)"});
 }
 
 TEST_F(LookupLog, HasOneTagAndTheColoursOfTheThreeLevels) {

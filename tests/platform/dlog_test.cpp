@@ -1,87 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
-// The log. Its level and file are read once in a process, so every test logs in a child process
-// of its own and looks at what that left behind.
-#include <dlog.h>
+// The log: its lines, its level and its file.
 #include <errno.h>
-#include <fcntl.h>
-#include <gtest/gtest.h>
-#include <stdlib.h>
 #include <string.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
-#include <filesystem>
-#include <fstream>
-#include <functional>
-#include <map>
-#include <sstream>
-
+#include "log_in_a_child.h"
 #include "threads.h"
 
 namespace {
 
-using Environment = std::map<std::string, std::string>;
-
 // The log with its formats unchecked by the compiler.
 int (*const g_print_unchecked)(log_priority, const char*, const char*, ...) = dlog_print;
-
-class Log : public testing::Test {
- protected:
-  Log() {
-    std::string name = testing::TempDir() + "tav-log-XXXXXX";
-    EXPECT_NE(mkdtemp(name.data()), nullptr);
-    m_directory = name;
-    unsetenv("DLOG_FILE");
-    unsetenv("DLOG_LEVEL");
-  }
-  ~Log() override { std::filesystem::remove_all(m_directory); }
-
-  std::string Path(const char* name) const { return m_directory / name; }
-
-  static std::string TextOf(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    std::ostringstream text;
-    text << file.rdbuf();
-    return text.str();
-  }
-
-  pid_t Start(const Environment& environment, const std::function<bool()>& body) const {
-    const pid_t child = fork();
-    if (child != 0) return child;
-    for (const auto& [name, value] : environment) setenv(name.c_str(), value.c_str(), 1);
-    const int err = open(Path("stderr").c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600);
-    dup2(err, STDERR_FILENO);
-    _exit(body() ? 0 : 1);
-  }
-
-  static void Finish(pid_t child) {
-    int status = -1;
-    EXPECT_EQ(waitpid(child, &status, 0), child);
-    EXPECT_EQ(status, 0);
-  }
-
-  // Standard error of a child that does `body`, which returns whether all went well; the child's
-  // process id reads as PID.
-  std::string StderrOf(const Environment& environment, const std::function<bool()>& body) {
-    std::filesystem::remove(Path("stderr"));
-    const pid_t child = Start(environment, body);
-    Finish(child);
-    m_pid = std::to_string(child);
-    return WithoutPid(TextOf(Path("stderr")));
-  }
-
-  std::string WithoutPid(std::string text) const {
-    const std::string mark = "(" + m_pid + ")";
-    for (size_t at = 0; (at = text.find(mark, at)) != std::string::npos;) {
-      text.replace(at, mark.size(), "(PID)");
-    }
-    return text;
-  }
-
- private:
-  std::filesystem::path m_directory;
-  std::string m_pid;
-};
 
 bool PrintAll() {
   for (int prio = DLOG_VERBOSE; prio <= DLOG_FATAL; ++prio) {
@@ -194,11 +122,6 @@ TEST_F(Log, WritesLongLinesWhole) {
     EXPECT_EQ(StderrOf({}, [&] { return dlog_print(DLOG_ERROR, text.c_str(), "text") > 0; }),
               "E/" + text + "(PID): text\n");
   }
-}
-
-TEST_F(Log, KeepsNewlinesInALine) {
-  EXPECT_EQ(StderrOf({}, [] { return dlog_print(DLOG_ERROR, "TAG", "one\ntwo\n") > 0; }),
-            "E/TAG(PID): one\ntwo\n\n");
 }
 
 TEST_F(Log, TakesAMissingTagAsEmptyAndRefusesAMissingFormat) {

@@ -74,7 +74,7 @@ struct WatchedSetting {
 
   // As the log shows them.
   std::string Address(int callback) const { return "(" + std::to_string(address(callback)) + ")"; }
-  std::string CallLine(int callback) const { return "I call cb " + Address(callback) + "\n"; }
+  std::string CallLine(int callback) const { return "I call cb " + Address(callback); }
   // A value of the setting's type, and as a callback tells it.
   void Set(Device& device, int number) const {
     if (is_text) {
