@@ -14,6 +14,7 @@
 #include "common/device_root.h"
 #include "common/handles.h"
 #include "common/parse.h"
+#include "common/read_file.h"
 #include "dlog.h"
 #include "vconf.h"
 
@@ -84,12 +85,10 @@ std::optional<Place> Locate(const char* key) {
 }
 
 std::optional<Value> ReadValue(const Place& place) {
-  const WholeOrCancelled whole;
   const std::string path = place.Path();
-  GText content;
-  gsize size = 0;
   GErrorPtr error;
-  if (!g_file_get_contents(path.c_str(), Out(content), &size, Out(error))) {
+  const auto content = ReadFile(path, error);
+  if (!content) {
     const bool missing = g_error_matches(error.get(), G_FILE_ERROR, G_FILE_ERROR_NOENT) &&
                          g_file_test(place.root.c_str(), G_FILE_TEST_IS_DIR);
     dlog_print(missing ? DLOG_DEBUG : DLOG_ERROR, kVconfTag, "cannot read %s: %s",
@@ -97,14 +96,15 @@ std::optional<Value> ReadValue(const Place& place) {
     return std::nullopt;
   }
   const char* fault = nullptr;
-  auto value = Parse(std::string_view(content.get(), size), &fault);
+  auto value = Parse(*content, &fault);
   if (!value) dlog_print(DLOG_ERROR, kVconfTag, "%s is malformed: %s", path.c_str(), fault);
   return value;
 }
 
 bool WriteValue(const Place& place, const Value& value) {
-  const WholeOrCancelled whole;
-  if (!MakeDirectory(place)) return false;
+  if (g_mkdir_with_parents(place.directory.c_str(), 0755) != 0) {
+    return FailWithErrno("make the directory", place.directory);
+  }
   const auto* number = std::get_if<int>(&value);
   const std::string content = std::string(TypeName(value)) + "\n" +
                               (number ? std::to_string(*number) : std::get<std::string>(value)) +
@@ -125,11 +125,6 @@ bool RemoveValue(const Place& place) {
   if (errno != ENOENT) return FailWithErrno("remove", path);
   dlog_print(DLOG_DEBUG, kVconfTag, "no %s to remove", place.key.c_str());
   return false;
-}
-
-bool MakeDirectory(const Place& place) {
-  return g_mkdir_with_parents(place.directory.c_str(), 0755) == 0 ||
-         FailWithErrno("make the directory", place.directory);
 }
 
 }  // namespace tav_host

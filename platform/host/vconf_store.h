@@ -32,7 +32,6 @@ std::optional<Place> Locate(const char* key);
 std::optional<Value> ReadValue(const Place& place);
 bool WriteValue(const Place& place, const Value& value);
 bool RemoveValue(const Place& place);
-bool MakeDirectory(const Place& place);
 
 }  // namespace tav_host
 

@@ -1,163 +1,162 @@
 // SPDX-License-Identifier: Apache-2.0
-// Watches of settings keys: an inotify instance each, as a source on the main context that was
-// the thread's default at the registration. What is watched is the key's directory, since a set
-// puts a new file in the old one's place.
+// Watches of settings keys: who watches what. The watches of one main context share a monitor,
+// whose source calls them.
 #include "vconf_watch.h"
 
 #include <errno.h>
-#include <glib-unix.h>
-#include <sys/inotify.h>
+#include <fcntl.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <atomic>
-#include <memory>
 #include <mutex>
-#include <vector>
 
 #include "common/border.h"
-#include "common/handles.h"
+#include "vconf_monitor.h"
 
 namespace tav_host {
 namespace {
 
-void DestroySource(GSource* source) {
-  const CancellationOff off;
-  g_source_destroy(source);
-  g_source_unref(source);
-}
+using Monitors = std::vector<std::unique_ptr<Monitor>>;
 
-std::atomic<size_t> g_last_id{0};
-
-struct Watch {
-  Watch(Place where, vconf_callback_fn callback, void* data)
-      : place(std::move(where)), cb(callback), user_data(data) {}
-
-  Place place;
-  vconf_callback_fn cb;
-  void* user_data;
-  FileDescriptor inotify{inotify_init1(IN_NONBLOCK | IN_CLOEXEC)};
-  std::unique_ptr<GSource, Releaser<DestroySource>> source;  // polls `inotify`: goes before it
-  const size_t id = ++g_last_id;  // what the source knows the watch by; a pointer could outlive it
-};
-
+// All watches of this process. A source knows its monitor by number, since the monitor may be
+// gone when it is called.
 class Registry {
  public:
-  // False when the pair of key and callback is watched already.
-  bool Add(const std::shared_ptr<Watch>& watch) {
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    if (FindLocked(watch->place.key, watch->cb) != m_watches.end()) return false;
-    m_watches.push_back(watch);
-    return true;
-  }
+  const pid_t process = getpid();
 
-  std::shared_ptr<Watch> Take(const std::string& key, vconf_callback_fn cb) {
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    const auto found = FindLocked(key, cb);
-    if (found == m_watches.end()) return nullptr;
-    auto watch = *found;
-    m_watches.erase(found);
-    return watch;
-  }
-
-  std::shared_ptr<Watch> Find(size_t id) {
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    const auto found = std::find_if(m_watches.begin(), m_watches.end(),
-                                    [&](const auto& watch) { return watch->id == id; });
-    return found == m_watches.end() ? nullptr : *found;
-  }
+  bool Add(GMainContext* context, const WatchPtr& watch);
+  bool Remove(const std::string& key, vconf_callback_fn cb);
+  // Reads what has happened. False for a monitor that is gone.
+  bool TakeEvents(size_t monitor);
+  // A watch whose callback has to be called now; null when there is none.
+  WatchPtr Begin(size_t monitor);
+  void End(const WatchPtr& watch);
 
  private:
-  using Watches = std::vector<std::shared_ptr<Watch>>;
-
-  Watches::iterator FindLocked(const std::string& key, vconf_callback_fn cb) {
-    return std::find_if(m_watches.begin(), m_watches.end(), [&](const auto& watch) {
-      return watch->cb == cb && watch->place.key == key;
-    });
+  Monitor* Find(size_t monitor) {
+    const auto found = std::find_if(m_monitors.begin(), m_monitors.end(),
+                                    [&](const auto& each) { return each->id == monitor; });
+    return found != m_monitors.end() ? found->get() : nullptr;
   }
 
   std::mutex m_mutex;
-  Watches m_watches;
+  Monitors m_monitors;
 };
 
-// Never destroyed: a thread may still run its context while the process exits.
+// Never destroyed: a thread may still run its context while the process exits. A forked child
+// begins with an empty one and leaves its parent's alone, whose lock may be held: the inherited
+// sources find no monitor and go, without a read of the descriptor that the parent reads too.
 Registry& TheRegistry() {
-  static auto& registry = *new Registry;
-  return registry;
-}
-
-// Points the watch at its directory, which is made when it is missing. Harmless when repeated.
-bool Arm(const Watch& watch) {
-  if (!MakeDirectory(watch.place)) return false;
-  if (inotify_add_watch(watch.inotify.Get(), watch.place.directory.c_str(),
-                        IN_MOVED_TO | IN_CLOSE_WRITE | IN_ONLYDIR) >= 0) {
-    return true;
+  static std::atomic<Registry*> current{nullptr};
+  Registry* registry = current;
+  while (registry == nullptr || registry->process != getpid()) {
+    auto mine = std::make_unique<Registry>();
+    if (current.compare_exchange_strong(registry, mine.get())) return *mine.release();
   }
-  dlog_print(DLOG_ERROR, kVconfTag, "cannot watch %s: %s", watch.place.key.c_str(),
-             g_strerror(errno));
-  return false;
+  return *registry;
 }
 
-// Takes all pending events; whether the key may have changed.
-bool TakeEvents(const Watch& watch) {
-  bool changed = false;
-  bool lost = false;  // events dropped, or the directory gone: the key has to be looked at
-  alignas(inotify_event) char buffer[4096];
-  ssize_t size = 0;
-  while ((size = read(watch.inotify.Get(), buffer, sizeof buffer)) > 0) {
-    const inotify_event* event = nullptr;
-    for (const char* at = buffer; at < buffer + size; at += sizeof *event + event->len) {
-      event = reinterpret_cast<const inotify_event*>(at);
-      if ((event->mask & (IN_Q_OVERFLOW | IN_IGNORED)) != 0) lost = true;
-      if (event->len > 0 && watch.place.name == event->name) changed = true;
+void Tell(const Watch& watch) {
+  AtBorder<bool>(kVconfTag, false, [&] {
+    // Read after the events were taken: what is set from now on makes a new event.
+    if (auto value = ReadValue(watch.place)) {
+      keynode_t node{watch.place.key, std::move(*value)};
+      watch.cb(&node, watch.user_data);
     }
-  }
-  if (lost) Arm(watch);
-  return changed || lost;
+    return true;
+  });
 }
 
 gboolean OnReadable(gint /*fd*/, GIOCondition /*condition*/, gpointer id) {
   return AtBorder<gboolean>(kVconfTag, G_SOURCE_CONTINUE, [&]() -> gboolean {
-    // The reference keeps the watch while its callback runs, which may end it.
-    const auto watch = TheRegistry().Find(GPOINTER_TO_SIZE(id));
-    if (watch == nullptr) return G_SOURCE_REMOVE;
-    if (!TakeEvents(*watch)) return G_SOURCE_CONTINUE;
-    // Read after the events were taken: what is set from now on makes a new event.
-    if (auto value = ReadValue(watch->place)) {
-      keynode_t node{watch->place.key, std::move(*value)};
-      watch->cb(&node, watch->user_data);
+    Registry& registry = TheRegistry();
+    const size_t monitor = GPOINTER_TO_SIZE(id);
+    if (!registry.TakeEvents(monitor)) return G_SOURCE_REMOVE;
+    // A callback may begin and end watches, and run the context for others to be called.
+    while (const WatchPtr watch = registry.Begin(monitor)) {
+      Tell(*watch);
+      registry.End(watch);
     }
     return G_SOURCE_CONTINUE;
   });
 }
 
-}  // namespace
-
-bool StartWatch(Place place, vconf_callback_fn cb, void* user_data) {
-  const WholeOrCancelled whole;
-  const auto watch = std::make_shared<Watch>(std::move(place), cb, user_data);
-  if (watch->inotify.Get() < 0) {
-    dlog_print(DLOG_ERROR, kVconfTag, "inotify: %s", g_strerror(errno));
-    return false;
-  }
-  if (!Arm(*watch)) return false;
-
-  watch->source.reset(g_unix_fd_source_new(watch->inotify.Get(), G_IO_IN));
-  g_source_set_callback(watch->source.get(), G_SOURCE_FUNC(OnReadable), GSIZE_TO_POINTER(watch->id),
-                        nullptr);
-  if (!TheRegistry().Add(watch)) {
+bool Registry::Add(GMainContext* context, const WatchPtr& watch) {
+  const std::lock_guard<std::mutex> lock(m_mutex);
+  for (const auto& monitor : m_monitors) {
+    if (monitor->Find(watch->place.key, watch->cb) == nullptr) continue;
     dlog_print(DLOG_ERROR, kVconfTag, "%s is watched by this callback already",
                watch->place.key.c_str());
     return false;
   }
-  const MainContextPtr context(g_main_context_ref_thread_default());
-  g_source_attach(watch->source.get(), context.get());
+  for (const auto& monitor : m_monitors) {
+    if (monitor->IsOf(context)) return monitor->Add(watch);
+  }
+  auto monitor = std::make_unique<Monitor>(context);
+  m_monitors.reserve(m_monitors.size() + 1);
+  if (!monitor->Add(watch)) return false;
+  monitor->Attach(OnReadable);
+  m_monitors.push_back(std::move(monitor));
   return true;
 }
 
-bool EndWatch(const std::string& key, vconf_callback_fn cb) {
-  if (TheRegistry().Take(key, cb) != nullptr) return true;
+bool Registry::Remove(const std::string& key, vconf_callback_fn cb) {
+  const std::lock_guard<std::mutex> lock(m_mutex);
+  for (auto at = m_monitors.begin(); at != m_monitors.end(); ++at) {
+    const WatchPtr watch = (*at)->Find(key, cb);
+    if (watch == nullptr) continue;
+    (*at)->Remove(watch);
+    if ((*at)->IsEmpty()) m_monitors.erase(at);
+    return true;
+  }
   dlog_print(DLOG_ERROR, kVconfTag, "%s is not watched by this callback", key.c_str());
   return false;
+}
+
+bool Registry::TakeEvents(size_t monitor) {
+  const std::lock_guard<std::mutex> lock(m_mutex);
+  Monitor* found = Find(monitor);
+  if (found != nullptr) found->TakeEvents();
+  return found != nullptr;
+}
+
+WatchPtr Registry::Begin(size_t monitor) {
+  const std::lock_guard<std::mutex> lock(m_mutex);
+  Monitor* found = Find(monitor);
+  return found != nullptr ? found->Begin() : nullptr;
+}
+
+void Registry::End(const WatchPtr& watch) {
+  const std::lock_guard<std::mutex> lock(m_mutex);
+  watch->is_called = false;
+}
+
+// GLib ends the process when a main context gets no descriptor: that is looked at before, with as
+// many as one may take.
+bool HasDescriptorsForGlib() {
+  int ends[2];
+  if (pipe2(ends, O_CLOEXEC) != 0) {
+    dlog_print(DLOG_ERROR, kVconfTag, "too few file descriptors to watch a setting: %s",
+               g_strerror(errno));
+    return false;
+  }
+  close(ends[0]);
+  close(ends[1]);
+  return true;
+}
+
+}  // namespace
+
+bool StartWatch(Place place, vconf_callback_fn cb, void* user_data) {
+  if (!HasDescriptorsForGlib()) return false;
+  const MainContextPtr context(g_main_context_ref_thread_default());
+  return TheRegistry().Add(context.get(),
+                           std::make_shared<Watch>(Watch{std::move(place), cb, user_data}));
+}
+
+bool EndWatch(const std::string& key, vconf_callback_fn cb) {
+  return TheRegistry().Remove(key, cb);
 }
 
 }  // namespace tav_host

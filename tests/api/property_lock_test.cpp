@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
 //
 // Which calls wait for the lock. Another thread holds it: its call is kept in the reading of a
-// setting, whose file is a pipe.
-#include <fcntl.h>
+// setting.
+#include <dlfcn.h>
 #include <gtest/gtest.h>
-#include <sys/stat.h>
-#include <unistd.h>
+#include <vconf.h>
 
+#include <atomic>
 #include <chrono>
 #include <cstdlib>
-#include <filesystem>
+#include <cstring>
 #include <functional>
 #include <future>
 #include <stdexcept>
@@ -23,44 +23,56 @@
 namespace {
 
 using std::chrono::milliseconds;
-using std::chrono::steady_clock;
 using test::App;
 
 // Keeps one reader of the factory-reset setting waiting, the first one, until it is answered.
 class ResetSettingThatWaits {
  public:
-  explicit ResetSettingThatWaits(const std::filesystem::path& root)
-      : m_file(root / "vconf/db/tav/factory_reset"), m_plain(m_file.string() + ".plain") {
-    std::filesystem::rename(m_file, m_plain);
-    if (mkfifo(m_file.c_str(), 0600) != 0) throw std::runtime_error("mkfifo");
-  }
+  ResetSettingThatWaits() { g_setting = this; }
   ~ResetSettingThatWaits() { Answer(); }
   ResetSettingThatWaits(const ResetSettingThatWaits&) = delete;
   ResetSettingThatWaits& operator=(const ResetSettingThatWaits&) = delete;
 
-  // Returns once the reader is there; later ones find the plain file again.
+  // The setting that keeps this reader of a key waiting, if one does.
+  static ResetSettingThatWaits* Of(const char* key) {
+    return std::strcmp(key, "db/tav/factory_reset") == 0 ? g_setting.exchange(nullptr) : nullptr;
+  }
+  void Wait() {
+    m_is_read.set_value();
+    m_answered.wait();
+  }
+
+  // Returns once the reader is there.
   void AwaitReader() {
-    const auto deadline = steady_clock::now() + std::chrono::seconds(20);
-    // The pipe opens for writing as soon as someone has it open for reading.
-    while ((m_pipe = open(m_file.c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC)) < 0) {
-      if (steady_clock::now() > deadline) throw std::runtime_error("nobody reads the setting");
-      std::this_thread::yield();
+    if (m_is_read.get_future().wait_for(std::chrono::seconds(20)) != std::future_status::ready) {
+      throw std::runtime_error("nobody reads the setting");
     }
-    std::filesystem::rename(m_plain, m_file);
   }
   void Answer() {
-    if (m_pipe < 0) return;
-    const std::string content = "int\n0\n";
-    if (write(m_pipe, content.data(), content.size()) < 0) std::abort();
-    close(m_pipe);
-    m_pipe = -1;
+    if (!m_is_answered.exchange(true)) m_answer.set_value();
   }
 
  private:
-  std::filesystem::path m_file;
-  std::filesystem::path m_plain;
-  int m_pipe = -1;
+  static std::atomic<ResetSettingThatWaits*> g_setting;
+
+  std::promise<void> m_is_read;
+  std::promise<void> m_answer;
+  std::future<void> m_answered{m_answer.get_future()};
+  std::atomic<bool> m_is_answered{false};
 };
+std::atomic<ResetSettingThatWaits*> ResetSettingThatWaits::g_setting{nullptr};
+
+}  // namespace
+
+// In the platform's place, whose own does the work.
+int vconf_get_int(const char* key, int* value) {
+  if (ResetSettingThatWaits* setting = ResetSettingThatWaits::Of(key)) setting->Wait();
+  static const auto real =
+      reinterpret_cast<decltype(&vconf_get_int)>(dlsym(RTLD_NEXT, "vconf_get_int"));
+  return real(key, value);
+}
+
+namespace {
 
 class PropertyLock : public ::testing::Test {
  protected:
@@ -79,7 +91,7 @@ class PropertyLock : public ::testing::Test {
 
   test::Device device;
   std::future<int> holder;
-  ResetSettingThatWaits setting{device.Root()};
+  ResetSettingThatWaits setting;
 };
 
 TEST_F(PropertyLock, IsNotTakenByAUsageTestWithoutAnId) {

@@ -258,4 +258,22 @@ TEST_F(LogSinks, LeaveASigpipePendingThatWasPendingBeforeAndNoOther) {
   });
 }
 
+TEST_F(LogSinks, GetTheLineOfAThreadThatIsCancelled) {
+  EXPECT_EQ(StderrOf({{"DLOG_FILE", Path("log")}},
+                     [] {
+                       pthread_t thread;
+                       const auto run = [](void*) -> void* {
+                         pthread_cancel(pthread_self());
+                         Say("text");
+                         pthread_testcancel();
+                         return nullptr;
+                       };
+                       void* result = nullptr;
+                       return pthread_create(&thread, nullptr, run, nullptr) == 0 &&
+                              pthread_join(thread, &result) == 0 && result == PTHREAD_CANCELED;
+                     }),
+            "E/TAG(PID): text\n");
+  EXPECT_EQ(WithoutPid(TextOf(Path("log"))), "E/TAG(PID): text\n");
+}
+
 }  // namespace

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // The device's properties, from a real key file.
+#include <sys/stat.h>
 #include <system_info.h>
 
 #include "device.h"
@@ -88,6 +89,9 @@ TEST_F(SystemInfo, LogsAnErrorForAMissingOrBrokenFileOrGroup) {
   std::filesystem::remove(Root() / kFile);
   std::filesystem::create_directory(Root() / kFile);
   expect_errors("a directory");
+  std::filesystem::remove(Root() / kFile);
+  ASSERT_EQ(mkfifo((Root() / kFile).c_str(), 0600), 0);
+  expect_errors("a pipe");
 }
 
 TEST_F(SystemInfo, LogsAnErrorForATextThatIsNotUtf8) {

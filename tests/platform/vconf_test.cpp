@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 // Settings: their values, their keys and their files.
+#include <sys/stat.h>
 #include <vconf.h>
 
+#include <cerrno>
 #include <string_view>
 
 #include "device.h"
+#include "failing_calls.h"
 #include "threads.h"
 
 namespace {
@@ -159,6 +162,31 @@ TEST_F(Settings, AreAnErrorWhenAFileIsInTheirDirectorysPlace) {
   EXPECT_EQ(vconf_set_str(kKey, "text"), VCONF_ERROR);
   EXPECT_EQ(vconf_unset(kKey), VCONF_ERROR);
   EXPECT_EQ(TakePriorities(), "EEE");
+}
+
+TEST_F(Settings, AreAnErrorWhenAPipeOrDeviceIsInTheirPlaceUntilTheyAreSet) {
+  std::filesystem::create_directories((Root() / kFile).parent_path());
+  ASSERT_EQ(mkfifo((Root() / kFile).c_str(), 0600), 0);
+  EXPECT_EQ(Int(), kUntouched);
+  EXPECT_EQ(String(), "(null)");
+  EXPECT_EQ(TakeLog(),
+            "E/VCONF: cannot read db/tav/setting: Not a regular file\n"
+            "E/VCONF: cannot read db/tav/setting: Not a regular file\n");
+  EXPECT_EQ(vconf_set_int(kKey, 5), VCONF_OK);
+  EXPECT_EQ(Int(), 5);
+  std::filesystem::remove(Root() / kFile);
+  std::filesystem::create_symlink("/dev/zero", Root() / kFile);
+  EXPECT_EQ(Int(), kUntouched);
+  EXPECT_EQ(TakeLog(), "E/VCONF: cannot read db/tav/setting: Not a regular file\n");
+}
+
+TEST_F(Settings, AreReadOnAfterASignalAndAnErrorWhenTheDiskFails) {
+  vconf_set_int(kKey, 5);
+  g_failing_calls.read = EINTR;
+  EXPECT_EQ(Int(), 5);
+  g_failing_calls.read = EIO;
+  EXPECT_EQ(Int(), kUntouched);
+  EXPECT_EQ(TakeLog(), "E/VCONF: cannot read db/tav/setting: Input/output error\n");
 }
 
 TEST_F(Settings, CanBeUnset) {

@@ -34,6 +34,7 @@ TEST_F(WatchLimits, ShowTheLastOfAThousandChangesThatNobodyTookInBetween) {
 }
 
 TEST_F(WatchLimits, ShowAChangeWhoseEventWasLostInAnOverflow) {
+  vconf_set_int(kWatchedKey, 4);
   Calls calls;
   const Watching watching(kWatchedKey, Record, &calls);
   int limit = 0;

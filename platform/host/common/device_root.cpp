@@ -3,20 +3,41 @@
 #include "device_root.h"
 
 #include <glib.h>
+#include <pwd.h>
 #include <stdlib.h>
+#include <unistd.h>
+
+#include <vector>
 
 namespace tav_host {
+namespace {
+
+// The home directory that the system knows for the user whose rights the program has.
+std::string HomeOfUser() {
+  std::vector<char> texts(16384);
+  passwd entry = {};
+  passwd* found = nullptr;
+  getpwuid_r(geteuid(), &entry, texts.data(), texts.size(), &found);
+  return found != nullptr ? found->pw_dir : "/";
+}
+
+// Null when the variable is unset or empty, and in a program that runs with more rights than its
+// caller: he must not choose the files that it writes.
+const char* Variable(const char* name) {
+  const char* value = secure_getenv(name);
+  return value != nullptr && *value != '\0' ? value : nullptr;
+}
+
+}  // namespace
 
 std::string DeviceRoot() {
-  const char* root = getenv("TAV_DEVICE_ROOT");
-  if (root != nullptr && *root != '\0') return root;
-  // g_get_user_data_dir() would keep the answer of its first call. A relative XDG_DATA_HOME
-  // counts as none, as that convention wants.
-  const char* data = getenv("XDG_DATA_HOME");
-  const std::string home = data != nullptr && g_path_is_absolute(data)
-                               ? std::string(data)
-                               : std::string(g_get_home_dir()) + "/.local/share";
-  return home + "/tav-device";
+  if (const char* root = Variable("TAV_DEVICE_ROOT")) return root;
+  // g_get_user_data_dir() would keep the answer of its first call, and heeds the environment of
+  // every program. A relative XDG_DATA_HOME counts as none, as that convention wants.
+  const char* data = Variable("XDG_DATA_HOME");
+  if (data != nullptr && g_path_is_absolute(data)) return std::string(data) + "/tav-device";
+  const char* home = Variable("HOME");
+  return (home != nullptr ? home : HomeOfUser()) + "/.local/share/tav-device";
 }
 
 }  // namespace tav_host

@@ -8,8 +8,6 @@
 
 #include <memory>
 
-#include "cancellation.h"
-
 namespace tav_host {
 
 template <auto Release>
@@ -20,10 +18,16 @@ struct Releaser {
   }
 };
 
+inline void DestroySource(GSource* source) {
+  g_source_destroy(source);
+  g_source_unref(source);
+}
+
 using GText = std::unique_ptr<char, Releaser<g_free>>;
 using GErrorPtr = std::unique_ptr<GError, Releaser<g_error_free>>;
 using KeyFilePtr = std::unique_ptr<GKeyFile, Releaser<g_key_file_unref>>;
 using MainContextPtr = std::unique_ptr<GMainContext, Releaser<g_main_context_unref>>;
+using SourcePtr = std::unique_ptr<GSource, Releaser<DestroySource>>;
 
 // Takes a C function's out argument into an owner: `Out(error)` where a `GError**` is wanted.
 template <typename Owner>
@@ -46,7 +50,6 @@ class FileDescriptor {
   FileDescriptor(const FileDescriptor&) = delete;
   FileDescriptor& operator=(const FileDescriptor&) = delete;
   ~FileDescriptor() {
-    const CancellationOff off;
     if (m_number >= 0) close(m_number);
   }
   int Get() const { return m_number; }

@@ -5,14 +5,18 @@
 #include "device_root.h"
 #include "dlog.h"
 #include "parse.h"
+#include "read_file.h"
 
 namespace tav_host {
 
 KeyFile::KeyFile(const char* tag, const char* name)
     : m_tag(tag), m_path(DeviceRoot() + "/" + name), m_file(g_key_file_new()) {
-  const WholeOrCancelled whole;
   GErrorPtr error;
-  if (g_key_file_load_from_file(m_file.get(), m_path.c_str(), G_KEY_FILE_NONE, Out(error))) return;
+  const auto content = ReadFile(m_path, error);
+  if (content && g_key_file_load_from_data(m_file.get(), content->data(), content->size(),
+                                           G_KEY_FILE_NONE, Out(error))) {
+    return;
+  }
   dlog_print(DLOG_ERROR, m_tag, "cannot read %s: %s", m_path.c_str(), error->message);
   m_file.reset();
 }

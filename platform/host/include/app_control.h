@@ -1,7 +1,8 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
  * A launch request's extra data: texts by key, in memory. A request may be used by one thread at
- * a time; a failure gives a negative result and leaves the out value as it was.
+ * a time; a failure gives a negative result and leaves the out value as it was. Every function
+ * runs with cancellation disabled.
  */
 #ifndef APP_CONTROL_H_
 #define APP_CONTROL_H_

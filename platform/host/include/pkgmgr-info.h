@@ -4,8 +4,9 @@
  * <device root>/packages.ini, one group for each package, with the keys "version" and "icon".
  *
  * A handle owns the texts got from it until it is destroyed. Handles of different kinds are not
- * interchangeable. Every function may be called from any thread; a failure gives a negative
- * result, leaves the out value as it was and its cause in the log.
+ * interchangeable. Every function may be called from any thread and runs with cancellation
+ * disabled; a failure gives a negative result, leaves the out value as it was and its cause in the
+ * log.
  */
 #ifndef PKGMGR_INFO_H_
 #define PKGMGR_INFO_H_

@@ -3,8 +3,8 @@
  * What the platform knows of the device. On a PC it is the key file <device root>/system-info.ini:
  * custom keys in the group [custom], numbered features, by their decimal number, in [value].
  *
- * Every function may be called from any thread. A failure leaves *value as it was and its cause
- * in the log.
+ * Every function may be called from any thread and runs with cancellation disabled. A failure
+ * leaves *value as it was and its cause in the log.
  */
 #ifndef SYSTEM_INFO_H_
 #define SYSTEM_INFO_H_

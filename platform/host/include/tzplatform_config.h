@@ -1,7 +1,9 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
  * The platform's directories, by number. On a PC they lie under the device root: the directory
- * that TAV_DEVICE_ROOT names, else "tav-device" in the user's data directory.
+ * that TAV_DEVICE_ROOT names, else "tav-device" in the user's data directory, which XDG_DATA_HOME
+ * and HOME tell. A set-user-id or set-group-id program, or one with file capabilities, heeds none
+ * of the three: its device lies in the home directory of its effective user.
  */
 #ifndef TZPLATFORM_CONFIG_H_
 #define TZPLATFORM_CONFIG_H_
@@ -23,7 +25,8 @@ typedef enum tzplatform_variable {
 
 /*
  * The directory's path, or null for a number without one. The text lasts as long as the process.
- * The device root is looked up anew at each call. May be called from any thread.
+ * The device root is looked up anew at each call. May be called from any thread; runs with
+ * cancellation disabled.
  */
 TZPLATFORM_CONFIG_API const char* tzplatform_getenv(enum tzplatform_variable id);
 

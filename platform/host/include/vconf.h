@@ -5,11 +5,12 @@
  * A key is a relative path such as "db/menu/language": components of [A-Za-z0-9_.-] joined by
  * single slashes, none of them "." or "..", VCONF_KEY_MAX bytes at most. Its value is the file
  * <device root>/vconf/<key>: the type ("int" or "string") on the first line, then the value and
- * one newline. A file is replaced in one step; no reader sees half a value.
+ * one newline. A file is replaced in one step; no reader sees half a value. What is no regular
+ * file cannot be read: a pipe in a file's place blocks nobody, and is replaced by the next set.
  *
- * Every function may be called from any thread; one that is cancelled ends before a call or after
- * it, never in its midst. Where nothing else is said the result is VCONF_OK
- * or, with the cause in the log, VCONF_ERROR. A null key, value or callback is refused.
+ * Every function may be called from any thread and runs with cancellation disabled. Where nothing
+ * else is said the result is VCONF_OK or, with the cause in the log, VCONF_ERROR. A null key,
+ * value or callback is refused.
  */
 #ifndef VCONF_H_
 #define VCONF_H_
@@ -42,11 +43,23 @@ VCONF_API int vconf_unset(const char* key);
 
 /*
  * Calls cb whenever any process sets the key, also to the value it has, or edits its file. The
- * key need not exist yet. The calls come from the main context that is the calling thread's
- * default, so somebody has to run that context. Changes in quick succession may be told as one;
- * the last value is never lost. The directory of a watched key is made when it is missing, also
- * when it is removed later; a watch stays on the device root of its beginning. The node is valid
- * during the call alone. In it, cb may use every function here, on its own key too.
+ * key need not exist yet, nor its directory, which is not made. The calls come from the main
+ * context that is the calling thread's default, so somebody has to run that context; the watch
+ * keeps it. Changes in quick succession may be told as one; the last value is never lost. cb runs
+ * with cancellation disabled. In it, every function here may be called, on its own key too, and
+ * the context be run: other watches are told meanwhile, its own afterwards. The node is valid
+ * during the call alone.
+ *
+ * A watch stays on the path of the device root of its beginning. It goes on when a directory on
+ * the way from the root to the key, the root included, is removed and made again, and cb is called
+ * when another directory that holds the key is put in the place of one.
+ *
+ * All watches of a context share one inotify instance. Without the descriptors that a context and
+ * an instance need, GLib would end the process: the registration fails before, unless another
+ * thread takes them in between.
+ *
+ * In a forked child the watches of its parent are dead: they call nothing there and take none of
+ * the parent's changes away. The child may begin its own, of the same keys too.
  *
  * A pair of key and cb is watched once: a second registration fails, whatever its user_data.
  */
