@@ -102,7 +102,7 @@ typedef struct tav_app_info_s {
   char app_panel_icon_path[TAV_TEXT_SIZE];    /**< the same path as app_icon_path */
   char app_version[TAV_TEXT_SIZE];            /**< the version */
   char install_date[TAV_TEXT_SIZE];           /**< when it was installed */
-  char app_tizen_id[TAV_TEXT_SIZE];           /**< the Tizen id */
+  char app_tizen_id[TAV_TEXT_SIZE];           /**< the platform id */
   char pkgname[TAV_TEXT_SIZE];                /**< the name of its package */
   char app_widget_category[TAV_TEXT_SIZE];    /**< the category */
   char app_runtitle[TAV_TEXT_SIZE];           /**< the run title */
@@ -226,8 +226,8 @@ TAV_API unsigned int get_size_of_tav_app_info_s(void);
 /**
  * Fills a record with the app of this id. When several apps match, the first one that the
  * database returns is taken. The ids "org.tizen.browser" and "org.tizen.netflix-app" are matched
- * on the Tizen id alone; "vitrine" stands for the web id of the device's demonstration app.
- * @param app_id     the app's id or Tizen id
+ * on the platform id alone; "vitrine" stands for the web id of the device's demonstration app.
+ * @param app_id     the app's id or platform id
  * @param[out] info  the record; untouched when the call was refused or the query could not be
  *                   prepared, all zero when nothing matched, and of no meaning after -2
  * @return 0; -1 when nothing matches, an argument is null or empty, or the call is refused; -2
@@ -237,8 +237,8 @@ TAV_API unsigned int get_size_of_tav_app_info_s(void);
 TAV_API int tav_get_app_info(const char* app_id, tav_app_info_s* info);
 
 /**
- * The same as tav_get_app_info, which matches Tizen ids as well; here for callers that hold one.
- * @param tizen_id   the app's Tizen id or id
+ * The same as tav_get_app_info, which matches platform ids as well; here for callers that hold one.
+ * @param tizen_id   the app's platform id or id
  * @param[out] info  as with tav_get_app_info
  * @return as tav_get_app_info
  * @locks{one statement}
@@ -576,7 +576,7 @@ TAV_API int tav_db_set_app_updated(const char* appId);
 
 /**
  * @defgroup installing Whether an app is being installed
- * These two read the database. appId may be the app's id, Tizen id, package name, native id or
+ * These two read the database. appId may be the app's id, platform id, package name, native id or
  * Android id.
  * @code{.c}
  * if (tav_check_update_popup("org.example.clock") == 0) puts("it is being updated, please wait");
@@ -619,7 +619,7 @@ struct app_control_s;
 
 /**
  * One installed app as a JSON text: {"app_info": [{…}]}, every value a string.
- * @param app_id     the app's id, Tizen id, package name, native id or Android id
+ * @param app_id     the app's id, platform id, package name, native id or Android id
  * @param[out] json  receives a new block of the text's length, which the caller frees
  * @return 0; -1, with *json untouched, when there is no such app, the database stayed busy,
  *         memory ran out or the call is refused

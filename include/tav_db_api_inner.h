@@ -23,7 +23,7 @@ struct _APPS_INNER_INFO_T {
   std::string strIconPath2;             ///< the same path as strIconPath
   std::string strVersion;               ///< the version
   std::string strInstallDate;           ///< when it was installed
-  std::string strTizenID;               ///< the Tizen id
+  std::string strTizenID;               ///< the platform id
   std::string strPackageName;           ///< the name of its package
   std::string strCategory;              ///< the category
   std::string strAppCategory;           ///< the service's "app_category"
@@ -97,7 +97,7 @@ struct _APPS_INNER_INFO_T {
 /// @{
 
 /// Fills a record with the app of this id.
-/// @param app_id     the app's id, Tizen id or package name
+/// @param app_id     the app's id, platform id or package name
 /// @param[out] info  the record; untouched when the call was refused or the query could not be
 ///                   prepared, and zeroed when nothing matched
 /// @return 0; -1 when nothing matches, an argument is null or empty, or the call is refused

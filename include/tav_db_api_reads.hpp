@@ -68,8 +68,8 @@ inline tav_app_viewmode_e ToC(ViewMode mode) noexcept {
 /* ---- One app ---- */
 
 /**
- * \brief The app with this id or Tizen id.
- * \param app_id The app's id or Tizen id.
+ * \brief The app with this id or platform id.
+ * \param app_id The app's id or platform id.
  * \return The record, all zero after any failure.
  * \see tav_get_app_info
  */
@@ -79,8 +79,8 @@ inline Result<AppInfo> GetAppInfo(TextView app_id) noexcept {
 }
 
 /**
- * \brief The same as GetAppInfo, for callers that hold a Tizen id.
- * \param tizen_id The app's Tizen id or id.
+ * \brief The same as GetAppInfo, for callers that hold a platform id.
+ * \param tizen_id The app's platform id or id.
  * \return The record, all zero after any failure.
  * \see tav_get_app_info_by_tizenid
  */

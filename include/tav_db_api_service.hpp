@@ -87,7 +87,7 @@ inline Status SetAppUpdated(TextView app_id) noexcept {
 
 /**
  * \brief Whether the app is being updated.
- * \param app_id The app's id, Tizen id, package name, native id or Android id.
+ * \param app_id The app's id, platform id, package name, native id or Android id.
  * \return The answer; kYes also while the database is busy.
  * \see tav_check_update_popup
  */
@@ -97,7 +97,7 @@ inline Answer CheckUpdatePopup(TextView app_id) noexcept {
 
 /**
  * \brief Whether the app, or one that it requires, is being installed or updated.
- * \param app_id The app's id, Tizen id, package name, native id or Android id.
+ * \param app_id The app's id, platform id, package name, native id or Android id.
  * \return The answer; kNo also while the database is busy.
  * \see tav_db_check_app_installing
  */
@@ -109,7 +109,7 @@ inline Answer CheckAppInstalling(TextView app_id) noexcept {
 
 /**
  * \brief One installed app as a JSON text: {"app_info": [{…}]}, every value a string.
- * \param app_id The app's id, Tizen id, package name, native id or Android id.
+ * \param app_id The app's id, platform id, package name, native id or Android id.
  * \return The JSON text.
  * \see tav_get_app_info_json
  */

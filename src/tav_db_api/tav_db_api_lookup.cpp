@@ -22,7 +22,7 @@ namespace {
 constexpr std::string_view kDemonstrationApp = "vitrine";
 constexpr char kDemonstrationAppKey[] = "com.kordyne/featureconf/vitrine.webid";
 
-// Their ids stand in other apps' rows as well, so they are found by the Tizen id alone.
+// Their ids stand in other apps' rows as well, so they are found by the platform id alone.
 constexpr std::array<std::string_view, 2> kFoundByTizenIdAlone = {"org.tizen.browser",
                                                                   "org.tizen.netflix-app"};
 

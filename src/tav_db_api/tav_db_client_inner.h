@@ -21,7 +21,7 @@ int m_GetAppsTableInnerInfo(_APPS_INNER_INFO_T* ptAppInfo, const std::string& st
 int m_GetAppsTableInnerList(std::vector<_APPS_INNER_INFO_T>& list, const std::string& strParam,
                             const std::vector<_TAVDB_BIND_T>& binds) REQUIRES(g_Mute);
 
-// The installed app with this id, Tizen id, package name, native id or Android id. Takes the
+// The installed app with this id, platform id, package name, native id or Android id. Takes the
 // lock itself. 0; -1 when there is none or the call is refused; -2 when the database stayed busy.
 int GetAppInnerInfo(const std::string& strAppID, _APPS_INNER_INFO_T* ptAppInfo);
 

@@ -53,7 +53,7 @@ TEST_F(AppLookup, FindsAnAppByItsId) {
   EXPECT_TRUE(log.Has("tizen_id:[org.example.weather] finish [0]"));
 }
 
-TEST_F(AppLookup, FindsAnAppByItsTizenIdThroughTheSecondAlternative) {
+TEST_F(AppLookup, FindsAnAppByItsPlatformIdThroughTheSecondAlternative) {
   device.Install(App("org.example.clock").TizenId("clock000001.Clock"));
   EXPECT_EQ(ById("clock000001.Clock"), "org.example.clock");
   EXPECT_EQ(ByTizenId("clock000001.Clock"), "org.example.clock");
@@ -65,7 +65,7 @@ TEST_F(AppLookup, FindsNoAppByItsPackageNameOrItsRunTitle) {
   EXPECT_EQ(ById("Clock"), "-1");
 }
 
-TEST_F(AppLookup, MatchesTheTwoSpecialIdsOnTheTizenIdAlone) {
+TEST_F(AppLookup, MatchesTheTwoSpecialIdsOnThePlatformIdAlone) {
   for (const char* id : {"org.tizen.browser", "org.tizen.netflix-app"}) {
     device.Sql("delete from widgetinfo").Install(App(id).TizenId("something.else"));
     EXPECT_EQ(ById(id), "-1") << id;
@@ -82,7 +82,7 @@ TEST_F(AppLookup, FindsTheDemonstrationAppByTheWebIdOfTheDevice) {
   EXPECT_TRUE(log.Has("app_id:[web.demo]"));
 }
 
-TEST_F(AppLookup, TakesASpecialWebIdOnTheTizenIdAloneAsWell) {
+TEST_F(AppLookup, TakesASpecialWebIdOnThePlatformIdAloneAsWell) {
   device.Write("system-info.ini",
                "[custom]\ncom.kordyne/featureconf/vitrine.webid=org.tizen.browser\n");
   device.Install(App("org.tizen.browser"));

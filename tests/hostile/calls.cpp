@@ -140,7 +140,7 @@ bool TestAppsAreRead() {
 const std::vector<Call>& Calls() {
   static const auto& calls = *new std::vector<Call>{
       {"tav_get_app_info", [] { return LooksUp(tav_get_app_info, kId); }},
-      {"tav_get_app_info, Tizen id", [] { return LooksUp(tav_get_app_info, kTizenId); }},
+      {"tav_get_app_info, platform id", [] { return LooksUp(tav_get_app_info, kTizenId); }},
       {"tav_get_app_info_by_tizenid",
        [] { return LooksUp(tav_get_app_info_by_tizenid, "Ak3Bq7Cw1D.harbournews"); }},
       {"tav_get_app_info_by_runtitle",

@@ -37,7 +37,7 @@ TEST_F(SimMethods, StoresNoOtherLockThanZeroAndOne) {
   EXPECT_EQ(Column("is_lock"), "0");
 }
 
-TEST_F(SimMethods, FindsAnAppByItsTizenId) {
+TEST_F(SimMethods, FindsAnAppByItsPlatformId) {
   Service service(bus);
   EXPECT_EQ(Ask("set_app_lock", "('Ab1.clock', 1)"), "(0,)");
   EXPECT_EQ(Column("is_lock"), "1");
@@ -117,7 +117,7 @@ TEST_F(SimMethods, AnswersWithAStatusWhenTheAppIsUnknown) {
   EXPECT_EQ(Setting(kAppChange), "");
 }
 
-TEST_F(SimMethods, DoesNotTakeAnEmptyIdForThatOfAppsWithoutATizenId) {
+TEST_F(SimMethods, DoesNotTakeAnEmptyIdForThatOfAppsWithoutAPlatformId) {
   device.Sql("update widgetinfo set tizen_id = ''");
   Service service(bus);
   EXPECT_EQ(Ask("set_app_lock", "('', 1)"), "(1,)");

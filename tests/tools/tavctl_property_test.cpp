@@ -101,7 +101,7 @@ TEST_F(TavctlShowProperty, TellsClearFlagsAndMissingAnswersApart) {
                                     ""}));
 }
 
-TEST_F(TavctlShowProperty, AsksAboutTheAppThatATizenIdNames) {
+TEST_F(TavctlShowProperty, AsksAboutTheAppThatAPlatformIdNames) {
   MakeDevice(kApps);
   EXPECT_EQ(JsonOf({"Tz1.full"}), JsonOf({"full"}));
 }

@@ -85,7 +85,7 @@ Change AppDatabase::MarkUpdated(const std::string& app) const {
 
 Change AppDatabase::Update(const char* assignments, const std::string& app,
                            std::optional<int> value) const {
-  if (app.empty()) return Change::kUnknownApp;  // an app without a Tizen id would match
+  if (app.empty()) return Change::kUnknownApp;  // an app without a platform id would match
   try {
     const char* directory = tzplatform_getenv(TZPLATFORM_DATABASE_DIRECTORY);
     if (directory == nullptr) throw tav_device::DeviceError("there is no directory of databases");

@@ -12,7 +12,7 @@ namespace tavcore {
 enum class Change { kDone, kUnknownApp, kFailed };
 
 // The database is opened for each change, so that it may be replaced while the service runs. An
-// app is found by its id or its Tizen id. A failure is told on standard error.
+// app is found by its id or its platform id. A failure is told on standard error.
 class AppDatabase {
  public:
   // A change waits this long for others that hold the database.

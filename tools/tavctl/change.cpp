@@ -96,7 +96,7 @@ void AddTicker(CLI::App& app) {
 void AddState(CLI::App& app, const AppState& state) {
   CLI::App* command = app.add_subcommand(state.name, state.description);
   const auto id = std::make_shared<std::string>();
-  command->add_option("ID", *id, "The app's id, Tizen id, package name, native or Android id")
+  command->add_option("ID", *id, "The app's id, platform id, package name, native or Android id")
       ->required();
   command->footer(
       "Prints yes with exit status 0, or no with 1. An app that is not there is a no, and so is\n"

@@ -104,7 +104,8 @@ std::vector<std::string> LookupKinds() {
 void AddInfoCommand(CLI::App& app) {
   CLI::App* command = app.add_subcommand("info", "Show one app's record");
   const auto options = std::make_shared<InfoOptions>();
-  command->add_option("ID", options->id, "The app's id; its Tizen id is found as well")->required();
+  command->add_option("ID", options->id, "The app's id; its platform id is found as well")
+      ->required();
   command->add_option("--by", options->kind, "What ID is: id (the default), tizen-id or run-title")
       ->option_text("KIND")
       ->check(CLI::IsMember(LookupKinds()));

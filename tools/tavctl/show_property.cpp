@@ -236,7 +236,7 @@ Examples:
 void AddShowPropertyCommand(CLI::App& app) {
   CLI::App* command = app.add_subcommand("show-property", "Show single properties of an app");
   const auto options = std::make_shared<PropertyOptions>();
-  command->add_option("ID", options->id, "The app's id; its Tizen id is found as well");
+  command->add_option("ID", options->id, "The app's id; its platform id is found as well");
   command->add_option("--property", options->names, "Show this property alone; may be repeated")
       ->option_text("NAME")
       ->allow_extra_args(false)
