@@ -44,14 +44,17 @@
  * @section cancellation Cancelled threads
  * A thread is not cancelled in a call, nor in a callback: the cancellation takes effect at the
  * thread's next cancellation point after the call. This holds for deferred cancellation, which is
- * what threads begin with.
+ * what threads begin with; a thread whose cancellation is asynchronous must not call. A callback
+ * returns or throws: it neither ends its thread nor enables its cancellation.
  *
  * @section fork Fork
  * Fork never waits for the library. A child may read, on a connection of its own, if no thread of
  * its parent was in a call of this library at the fork, and if the parent had one thread, or no
- * other one in libc or GLib: POSIX allows no more to any library. Otherwise the child may only
- * start a program with exec, which inherits none of this. In a child that was forked in the middle
- * of a call, all that needs the database or the service fails with -1, for good.
+ * other one in libc, GLib or the platform: POSIX allows no more to any library. Otherwise the child
+ * may only start a program with exec, which inherits none of this. In a child that was forked while
+ * a call used the database or the service, all that needs these fails with -1, for good. The child
+ * is known by its process id: one that has its parent's, in a process namespace of its own, must
+ * not use the library.
  *
  * Requests to the service fail in the child of a process that has made one, since a bus connection
  * cannot be inherited. Otherwise the child connects by itself, in vain, after up to 35 s, if the

@@ -235,6 +235,7 @@ bool CTAVGdbus::MethodCall(const std::string& method, GVariant* parameters, GVar
     TAV_LOGE("connection is NULL");
     return false;
   }
+  if (!HasFreeDescriptors(kCallDescriptors)) return false;
   const GDBusCallFlags flags = FlagsOf(method);
   const std::string name = "org.tizen.tv." + m_strServer + ".server";
   const std::string path = "/org/tizen/tv/" + m_strServer + "/server";

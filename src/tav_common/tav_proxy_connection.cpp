@@ -4,6 +4,7 @@
 #include <sys/eventfd.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <memory>
 #include <utility>
 
@@ -20,7 +21,7 @@ constexpr int kGreetingMsec = 25000;
 bool CanOpen(int count) {
   if (count == 0) return true;
   const int descriptor = eventfd(0, EFD_CLOEXEC);
-  if (descriptor < 0) return false;
+  if (descriptor < 0) return errno != EMFILE && errno != ENFILE;
   const bool can_open_the_rest = CanOpen(count - 1);
   close(descriptor);
   return can_open_the_rest;

@@ -48,7 +48,7 @@ struct Calls {
 std::atomic<Calls> g_calls{};
 static_assert(std::atomic<Calls>::is_always_lock_free);
 
-pid_t g_nConnectionProcess = 0;  // which opened g_pConnection
+pid_t g_nConnectionProcess GUARDED_BY(g_Mute) = 0;  // which opened g_pConnection
 
 // A signal that arrives does not shorten the pause.
 void PauseBeforeRetry() {

@@ -4,8 +4,10 @@
 // read, an object that GLib does not take. The functions stand here in the place of the system's.
 #include <dlfcn.h>
 #include <pthread.h>
+#include <sys/eventfd.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <csignal>
 #include <cstdio>
 #include <cstring>
@@ -23,6 +25,7 @@ bool g_has_no_threads = false;
 bool g_opens_nothing = false;
 bool g_reads_nothing = false;
 bool g_registers_nothing = false;
+bool g_has_no_events = false;
 int g_unregistered = 0;
 bool g_follows_no_links = false;
 sigset_t g_blocked;     // in the last thread that was started without attributes
@@ -61,6 +64,12 @@ ssize_t readlink(const char* path, char* target, size_t size) {
   const size_t length = std::min(size, g_program.size());
   std::memcpy(target, g_program.data(), length);
   return static_cast<ssize_t>(length);
+}
+
+int eventfd(unsigned int value, int flags) {
+  if (!g_has_no_events) return Real<decltype(eventfd)>("eventfd")(value, flags);
+  errno = EPERM;
+  return -1;
 }
 
 guint g_dbus_connection_register_object(GDBusConnection* connection, const gchar* path,
@@ -103,6 +112,16 @@ TEST_F(SystemFaults, OfThreadsFailTheRequestAndLeaveNoConnection) {
   EXPECT_TRUE(log.HasError("connection is NULL"));
 
   EXPECT_TRUE(proxy.GetProxy(kNode, {}));
+  EXPECT_TRUE(proxy.MethodCall("heartbeat", nullptr, &reply, 10000, nullptr));
+  g_variant_unref(reply);
+}
+
+// GLib makes do with pipes.
+TEST_F(SystemFaults, OfEventDescriptorsAreNoLackOfDescriptors) {
+  g_has_no_events = true;
+  CTAVGdbus proxy("db", "tavcore", nullptr, nullptr);
+  EXPECT_TRUE(proxy.GetProxy(kNode, {}));
+  GVariant* reply = nullptr;
   EXPECT_TRUE(proxy.MethodCall("heartbeat", nullptr, &reply, 10000, nullptr));
   g_variant_unref(reply);
 }

@@ -11,6 +11,7 @@
 
 #include "in_place.h"
 #include "on_the_bus.h"
+#include "support/few_descriptors.h"
 #include "tav_common/tav_proxy.h"
 #include "tav_db_api/tav_db_write_api.h"
 
@@ -22,6 +23,9 @@ using Calls = std::vector<std::pair<std::string, int>>;  // method and limit in 
 thread_local Calls g_calls;
 thread_local std::vector<guint> g_sources;  // the times of time-out sources
 std::optional<double> g_condition;          // in seconds from then
+
+std::optional<test::FewDescriptors> g_few;  // from the end of the next call on
+bool g_is_few_next = false;
 
 const char* g_failure = nullptr;  // the text of the error that calls end with
 
@@ -39,9 +43,11 @@ GVariant* g_dbus_connection_call_sync(GDBusConnection* connection, const gchar* 
     g_set_error_literal(error, G_IO_ERROR, G_IO_ERROR_FAILED, g_failure);
     return nullptr;
   }
-  return Real<decltype(g_dbus_connection_call_sync)>("g_dbus_connection_call_sync")(
+  GVariant* reply = Real<decltype(g_dbus_connection_call_sync)>("g_dbus_connection_call_sync")(
       connection, name, path, interface, method, parameters, reply_type, flags, limit, cancellable,
       error);
+  if (std::exchange(g_is_few_next, false)) g_few.emplace(0);
+  return reply;
 }
 
 GSource* g_timeout_source_new(guint interval) {
@@ -95,6 +101,17 @@ TEST_F(Waits, ForTheServiceLastTenSecondsInEveryRequest) {
   g_calls.clear();
   GetUninstallingBuiltInAppID(ids);
   EXPECT_EQ(g_calls, WithHeartbeat("get_api_uninstalling_biu_list"));
+}
+
+TEST_F(Waits, ForTheHeartbeatMayTakeTheLastDescriptors) {
+  ASSERT_EQ(tav_set_ticker_mode(1), 0);
+  g_is_few_next = true;
+  g_calls.clear();
+  EXPECT_EQ(tav_set_ticker_mode(2), -1);
+  EXPECT_EQ(g_calls, (Calls{{"heartbeat", 10000}}));
+  g_few.reset();
+  EXPECT_TRUE(log.HasError("too few file descriptors are free: the bus needs 2"));
+  EXPECT_EQ(tav_set_ticker_mode(3), 0);
 }
 
 TEST_F(Waits, ForTheBusLastTenSecondsAndAfterThatAsLongAsItsGreetingMay) {

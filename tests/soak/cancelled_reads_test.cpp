@@ -109,7 +109,7 @@ TEST_P(CancelledReads, HoldNothingWhenCancelledAtAnyMoment) {
   }
 }
 
-TEST_P(CancelledReads, HoldNothingWhenCancelledAtAnySystemCall) {
+TEST_P(CancelledReads, HoldNothingWhenCancelledAtAnyCallOnAFile) {
   const auto cancel_at = [](int number) {
     int result = -77;
     pthread_t thread;
