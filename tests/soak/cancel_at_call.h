@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 //
-// The functions of libc for files that are cancellation points and that a read makes use of. They stand in
-// the executable before the real ones, and cancel the running thread at a call of the test's
-// choice.
+// The functions of libc for files that are cancellation points and that a read makes use of. They
+// stand in the executable before the real ones, and cancel the running thread at a call of the
+// test's choice.
 #ifndef TESTS_SOAK_CANCEL_AT_CALL_H_
 #define TESTS_SOAK_CANCEL_AT_CALL_H_
 
