@@ -11,6 +11,18 @@ namespace test {
 
 namespace fs = std::filesystem;
 
+namespace {
+
+// As ps shows it; '\0' for a process that is not there.
+char StateOf(pid_t process) {
+  std::ifstream file("/proc/" + std::to_string(process) + "/stat");
+  const std::string all((std::istreambuf_iterator<char>(file)), {});
+  const std::size_t name_end = all.rfind(')');
+  return name_end != std::string::npos && name_end + 2 < all.size() ? all[name_end + 2] : '\0';
+}
+
+}  // namespace
+
 SandboxRun::SandboxRun() {
   std::string name = fs::canonical(fs::temp_directory_path()) / "tav-run-XXXXXX";
   if (mkdtemp(name.data()) == nullptr) throw std::runtime_error("no temporary directory");
@@ -37,7 +49,7 @@ SandboxRun::~SandboxRun() {
 std::unique_ptr<tav_device::Child> SandboxRun::Start(const Arguments& arguments,
                                                      const std::string& name) const {
   tav_device::Launch launch;
-  launch.arguments = {"/bin/sh", "-c", R"(exec "$@" >"$0.out" 2>"$0.err" </dev/null)",
+  launch.arguments = {"/bin/sh", "-c", preparation + R"(exec "$@" >"$0.out" 2>"$0.err" </dev/null)",
                       m_directory / name, TAV_SANDBOX};
   launch.arguments.insert(launch.arguments.end(), arguments.begin(), arguments.end());
   launch.environment = environment;
@@ -88,11 +100,12 @@ bool SandboxRun::IsClean() const {
 }
 
 bool IsAlive(pid_t process) {
-  std::ifstream file("/proc/" + std::to_string(process) + "/stat");
-  const std::string all((std::istreambuf_iterator<char>(file)), {});
-  const std::size_t name_end = all.rfind(')');
-  return name_end != std::string::npos && name_end + 2 < all.size() && all[name_end + 2] != 'Z' &&
-         all[name_end + 2] != 'X';
+  const char state = StateOf(process);
+  return state != '\0' && state != 'Z' && state != 'X';
+}
+
+bool IsAsleep(pid_t process) {
+  return StateOf(process) == 'S';
 }
 
 }  // namespace test

@@ -53,6 +53,8 @@ class SandboxRun : public testing::Test {
 
   // Of the sandbox, from the next start on.
   std::map<std::string, std::optional<std::string>> environment;
+  // What the shell that starts it does before, "ulimit -f 8; " or the like.
+  std::string preparation;
 
  private:
   std::filesystem::path m_directory;
@@ -60,6 +62,8 @@ class SandboxRun : public testing::Test {
 
 // Whether the process runs; one that nobody has waited for yet does not.
 bool IsAlive(pid_t process);
+// Whether it waits for something to happen.
+bool IsAsleep(pid_t process);
 
 }  // namespace test
 

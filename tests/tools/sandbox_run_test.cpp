@@ -146,6 +146,16 @@ TEST_F(SandboxRun, LeavesNothingBehindWhenTheSeedIsWrong) {
   EXPECT_TRUE(IsClean());
 }
 
+TEST_F(SandboxRun, RefusesATemporaryDirectoryWithALongPath) {
+  const std::string place = Directory() / std::string(80, 'd');
+  std::filesystem::create_directory(place);
+  environment["TMPDIR"] = place;
+  EXPECT_EQ(Run({"--", "true"}), 1);
+  EXPECT_THAT(Err(), AllOf(testing::StartsWith("tav-sandbox: " + place + "/tav-sandbox-"),
+                           HasSubstr(" is too long for a device: ")));
+  EXPECT_TRUE(std::filesystem::is_empty(place));
+}
+
 TEST_F(SandboxRun, LeavesNothingBehindWhenTheServiceDoesNotStart) {
   EXPECT_EQ(Run({"--service-option=--nonsense", "--", "true"}), 1);
   EXPECT_THAT(Err(), AllOf(HasSubstr("--nonsense"), HasSubstr("tavcore-sim ended before")));

@@ -78,6 +78,22 @@ TEST_F(SandboxProgram, RefusesAFileInPlaceOfTheDirectory) {
   EXPECT_EQ(ReadFile(Device()), "a file");
 }
 
+TEST_F(SandboxProgram, RefusesADirectoryWhoseXmlFileTheLibraryCouldNotName) {
+  constexpr std::size_t kLongest = 127 - (sizeof("/data/tavcore/common/apps_info.xml") - 1);
+  const std::string parent = Directory().string() + "/";
+  const std::string fits = parent + std::string(kLongest - parent.size(), 'd');
+  EXPECT_EQ(Create(fits).status, 0);
+  EXPECT_TRUE(fs::exists(fits + "/data/tavcore/common"));
+  fs::remove_all(fits);
+  EXPECT_EQ(Create(fits + "d"),
+            (Result{1, "",
+                    "tav-sandbox: " + fits +
+                        "d is too long for a device: the path of its XML file, "
+                        "/data/tavcore/common/apps_info.xml behind it, has 128 bytes and may have "
+                        "127\n"}));
+  EXPECT_EQ(Entries(), (Names{"seed.json"}));
+}
+
 TEST_F(SandboxProgram, RefusesADirectoryWhoseParentIsMissing) {
   EXPECT_EQ(Create(Directory() / "no/device"),
             (Result{1, "",

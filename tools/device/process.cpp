@@ -80,6 +80,7 @@ std::vector<std::string> Assignments(const Launch& launch) {
 // wants it.
 void ResetSignals() {
   std::signal(SIGPIPE, SIG_DFL);
+  std::signal(SIGXFSZ, SIG_DFL);
   sigset_t none;
   sigemptyset(&none);
   sigprocmask(SIG_SETMASK, &none, nullptr);
@@ -166,13 +167,17 @@ Child::~Child() {
   Wait();
 }
 
-void Child::Store(int wait_status) {
-  m_status = WIFEXITED(wait_status) ? WEXITSTATUS(wait_status) : kSignalled + WTERMSIG(wait_status);
+// Stores how it ended, if it has.
+void Child::Ask(int options) {
+  int status = 0;
+  const pid_t ended = waitpid(m_id, &status, options);
+  if (ended == m_id)
+    m_status = WIFEXITED(status) ? WEXITSTATUS(status) : kSignalled + WTERMSIG(status);
+  if (ended < 0 && errno != EINTR) m_status = kNotFound;  // somebody else took its status
 }
 
 std::optional<int> Child::Status() {
-  int status = 0;
-  if (!m_status && waitpid(m_id, &status, WNOHANG) == m_id) Store(status);
+  if (!m_status) Ask(WNOHANG);
   return m_status;
 }
 
@@ -181,12 +186,7 @@ void Child::Signal(int signal) {
 }
 
 int Child::Wait() {
-  int status = 0;
-  while (!m_status) {
-    const pid_t ended = waitpid(m_id, &status, 0);
-    if (ended == m_id) Store(status);
-    if (ended < 0 && errno != EINTR) m_status = kNotFound;  // somebody else took its status
-  }
+  while (!m_status) Ask(0);
   return *m_status;
 }
 

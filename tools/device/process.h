@@ -66,7 +66,7 @@ class Child {
   int End(std::chrono::milliseconds time);
 
  private:
-  void Store(int wait_status);
+  void Ask(int options);
 
   pid_t m_id = -1;
   std::optional<int> m_status;

@@ -28,6 +28,8 @@ constexpr const char* kDirectories[] = {
     "vconf",
 };
 constexpr char kBlacklistFile[] = "etc/tavcore/built_in_app/entry_smart_blacklist.txt";
+constexpr char kXmlFile[] = "data/tavcore/common/apps_info.xml";
+constexpr std::size_t kLongestXmlPath = 127;  // the library cuts a longer one
 constexpr char kSystemInfoFile[] = "system-info.ini";
 constexpr char kPackagesFile[] = "packages.ini";
 
@@ -88,6 +90,12 @@ fs::path CheckedTarget(const std::string& directory) {
   if (!target.has_filename()) target = target.parent_path();  // it was written with a "/" behind
   if (fs::exists(target) && !(fs::is_directory(target) && fs::is_empty(target))) {
     throw DeviceError(target.string() + " exists and is not an empty directory");
+  }
+  const std::size_t length = target.string().size() + sizeof("/") - 1 + sizeof(kXmlFile) - 1;
+  if (length > kLongestXmlPath) {
+    throw DeviceError(target.string() + " is too long for a device: the path of its XML file, /" +
+                      kXmlFile + " behind it, has " + std::to_string(length) +
+                      " bytes and may have " + std::to_string(kLongestXmlPath));
   }
   return target;
 }

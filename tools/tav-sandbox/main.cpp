@@ -28,7 +28,9 @@ int Run(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  std::signal(SIGPIPE, SIG_IGN);  // a reader that left is a write error like any other
+  std::signal(SIGPIPE, SIG_IGN);  // a reader that left is a write error like any other,
+  std::signal(SIGXFSZ, SIG_IGN);  // and so is a file that may not grow
+  std::signal(SIGCHLD, SIG_DFL);  // whoever ignores it is not told how his children ended
   int status = kFailed;
   try {
     status = Run(argc, argv);

@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <iostream>
+#include <system_error>
 
 #include "device/bus.h"
 #include "device/process.h"
@@ -26,6 +27,7 @@ constexpr std::chrono::seconds kStartTime(20);
 constexpr std::chrono::seconds kEndTime(5);
 constexpr Clock::time_point kNever = Clock::time_point::max();
 constexpr int kSignalled = 128;
+constexpr int kRemovals = 100;
 
 class TemporaryDirectory {
  public:
@@ -37,7 +39,11 @@ class TemporaryDirectory {
   }
   ~TemporaryDirectory() {
     std::error_code error;
-    fs::remove_all(m_path, error);
+    // What outlives the command by moments may still write here.
+    for (int attempt = 0; attempt < kRemovals; ++attempt) {
+      fs::remove_all(m_path, error);
+      if (error != std::errc::directory_not_empty) break;
+    }
     if (error) std::cerr << "tav-sandbox: " << m_path << " stays: " << error.message() << "\n";
   }
   TemporaryDirectory(const TemporaryDirectory&) = delete;
