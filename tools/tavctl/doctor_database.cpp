@@ -14,6 +14,7 @@
 #include "device/handles.h"
 #include "device/schema.h"
 #include "doctor.h"
+#include "doctor_side_files.h"
 #include "platform.h"
 #include "tav_db_api.hpp"
 
@@ -42,6 +43,9 @@ class Examination {
   bool Content();
   bool Tables();
 
+  // Whether a read leaves everything as it is, and comes to an end.
+  bool MayBeRead() const { return m_may_be_read; }
+
  private:
   void Add(Health health, const char* what, const std::string& text, const char* advice = "") {
     m_findings.push_back({health, what, text, advice});
@@ -56,6 +60,7 @@ class Examination {
   const std::string m_path;
   Findings& m_findings;
   tav_device::DatabaseHandle m_database;
+  bool m_may_be_read = true;
 };
 
 bool Examination::File() {
@@ -64,11 +69,18 @@ bool Examination::File() {
     Add(Health::kProblem, kFile, m_path + ": " + std::strerror(errno), DatabaseAdvice());
   } else if (!S_ISREG(status.st_mode)) {
     Add(Health::kProblem, kFile, m_path + " is not a file", DatabaseAdvice());
+    m_may_be_read = false;
   } else if (status.st_size == 0) {
     Add(Health::kProblem, kFile, m_path + " is empty", DatabaseAdvice());
   } else if (access(m_path.c_str(), R_OK) != 0) {
     Add(Health::kProblem, kFile, m_path + " may not be read by this user",
         "run the program as a user or with a group that may");
+  } else if (LacksLogIndex(m_path)) {
+    Add(Health::kNote, kFile,
+        m_path +
+            " has a write-ahead log without its index, which every reader makes: it is not "
+            "looked at, since that would leave one behind");
+    m_may_be_read = false;
   } else {
     Add(Health::kGood, kFile, m_path + ", " + std::to_string(status.st_size) + " bytes");
     return true;
@@ -203,7 +215,8 @@ void ReadThroughLibrary(Findings& findings) {
 void ExamineDatabase(Findings& findings) {
   const std::string directory = PlatformDirectory(kDatabaseDirectory);
   if (directory.empty()) return;  // which has been told
+  MakeNoSideFiles();
   Examination examination(directory + "/.tavcore.db", findings);
   if (examination.File() && examination.Content()) examination.Tables();
-  ReadThroughLibrary(findings);
+  if (examination.MayBeRead()) ReadThroughLibrary(findings);
 }
