@@ -71,7 +71,7 @@ bool Line::Reserve(size_t size) {
 
 void Line::LeaveOutLastBreak() {
   const size_t end = EndOfMessage(Text());
-  if (end == 0 || m_text[end - 1] != '\n') return;
+  if (m_text[end - 1] != '\n') return;  // there is a head before it
   memmove(m_text + end - 1, m_text + end, m_size - end);
   --m_size;
 }

@@ -29,8 +29,7 @@ class SigpipeHeld {
   // Takes the signal that a write has made. One that was pending before is the host's.
   void Take() const {
     constexpr timespec kNow = {};
-    if (m_was_pending) return;
-    while (sigtimedwait(&m_sigpipe, nullptr, &kNow) < 0 && errno == EINTR) continue;
+    if (!m_was_pending) sigtimedwait(&m_sigpipe, nullptr, &kNow);
   }
 
  private:
@@ -61,12 +60,10 @@ bool Sink::Write(std::string_view line) const {
   const SigpipeHeld sigpipe;
   while (!line.empty()) {
     const ssize_t written = write(m_descriptor, line.data(), line.size());
-    if (written > 0) {
-      line.remove_prefix(static_cast<size_t>(written));
-    } else if (written == 0 || errno != EINTR) {
-      if (written < 0 && errno == EPIPE) sigpipe.Take();
-      return false;
-    }
+    if (written < 0 && errno == EINTR) continue;
+    if (written < 0 && errno == EPIPE) sigpipe.Take();
+    if (written <= 0) return false;
+    line.remove_prefix(static_cast<size_t>(written));
   }
   return true;
 }

@@ -3,6 +3,8 @@
 // carries the one text that can be asked of it.
 #include "pkgmgr-info.h"
 
+#include <utility>
+
 #include "common/border.h"
 #include "common/key_file.h"
 
@@ -39,7 +41,8 @@ int Open(Kind kind, const char* id, const char* key, void** handle) {
       if (file) dlog_print(DLOG_DEBUG, kTag, "no package %s", id);
       return PMINFO_R_ERROR;
     }
-    *handle = new Record{kind, file.Text(id, key)};
+    auto text = file.Text(id, key);
+    *handle = new Record{kind, std::move(text)};
     return PMINFO_R_OK;
   });
 }

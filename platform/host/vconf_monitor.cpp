@@ -5,6 +5,7 @@
 #include "vconf_monitor.h"
 
 #include <errno.h>
+#include <string.h>
 #include <sys/inotify.h>
 #include <unistd.h>
 
@@ -22,6 +23,17 @@ constexpr uint32_t kEnd = IN_DELETE_SELF | IN_MOVE_SELF;    // of the directory
 
 std::atomic<size_t> g_last_id{0};
 
+// The first part of a path; where it begins when that is empty.
+std::string Above(const std::string& path, size_t end) {
+  if (end > 0) return path.substr(0, end);
+  return path[0] == '/' ? "/" : ".";
+}
+
+bool Exists(const Place& place) {
+  const std::string path = place.Path();
+  return access(path.c_str(), F_OK) == 0;
+}
+
 // Whether the event may mean another value of the watch's key.
 bool IsChange(const inotify_event& event, const Watch& watch) {
   if ((event.mask & IN_Q_OVERFLOW) != 0) return true;  // it may be among the events that were lost
@@ -35,7 +47,7 @@ Monitor::Monitor(GMainContext* context)
     : id(++g_last_id),
       m_context(g_main_context_ref(context)),
       m_inotify(inotify_init1(IN_NONBLOCK | IN_CLOEXEC)) {
-  if (m_inotify.Get() < 0) dlog_print(DLOG_ERROR, kVconfTag, "inotify: %s", g_strerror(errno));
+  if (m_inotify.Get() < 0) dlog_print(DLOG_ERROR, kVconfTag, "inotify: %s", strerror(errno));
 }
 
 WatchPtr Monitor::Find(const std::string& key, vconf_callback_fn cb) const {
@@ -93,7 +105,7 @@ bool Monitor::Follow(Watch& watch) {
   while (watch.directory < 0 && errno == ENOENT && end > 0) {
     const size_t slash = path.rfind('/', end - 1);
     end = slash != std::string::npos ? slash : 0;
-    watch.directory = Watched(end > 0 ? path.substr(0, end) : path[0] == '/' ? "/" : ".");
+    watch.directory = Watched(Above(path, end));
   }
   while (watch.directory >= 0 && end < path.size()) {
     end = std::min(path.find('/', end + 1), path.size());
@@ -101,7 +113,7 @@ bool Monitor::Follow(Watch& watch) {
   }
   if (watch.directory >= 0 || errno == ENOENT) return true;
   dlog_print(DLOG_ERROR, kVconfTag, "cannot watch %s: %s", watch.place.key.c_str(),
-             g_strerror(errno));
+             strerror(errno));
   return false;
 }
 
@@ -112,9 +124,8 @@ void Monitor::FollowAll() {
   for (const auto& watch : m_watches) {
     const int directory = watch->directory;
     Follow(*watch);
-    const bool is_there = watch->directory >= 0 && watch->directory != directory &&
-                          access(watch->place.Path().c_str(), F_OK) == 0;
-    watch->is_changed = watch->is_changed || is_there;
+    const bool is_another = watch->directory >= 0 && watch->directory != directory;
+    if (is_another && Exists(watch->place)) watch->is_changed = true;
   }
   for (const int directory : before) {
     if (m_directories.count(directory) == 0) inotify_rm_watch(m_inotify.Get(), directory);
@@ -126,7 +137,7 @@ bool Monitor::IsMove(const inotify_event& event) const {
   if ((event.mask & IN_Q_OVERFLOW) != 0) return true;
   if (m_directories.count(event.wd) == 0) return false;  // of one that is no longer watched
   if ((event.mask & (kEnd | IN_IGNORED)) != 0) return true;
-  return (event.mask & IN_ISDIR) != 0 && (event.mask & (IN_CREATE | IN_MOVED_TO)) != 0;
+  return (event.mask & IN_ISDIR) != 0;  // made or moved into one of them
 }
 
 void Monitor::TakeEvents() {

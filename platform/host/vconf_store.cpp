@@ -76,7 +76,9 @@ std::optional<Place> Locate(const char* key) {
     dlog_print(DLOG_ERROR, kVconfTag, "not a key: %s", key == nullptr ? "(null)" : key);
     return std::nullopt;
   }
-  Place place{key, DeviceRoot(), {}, {}};
+  Place place;
+  place.key = key;
+  place.root = DeviceRoot();
   const std::string path = place.root + "/vconf/" + key;
   const size_t slash = path.rfind('/');
   place.directory = path.substr(0, slash);

@@ -5,6 +5,7 @@
 
 #include <errno.h>
 #include <fcntl.h>
+#include <string.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -138,7 +139,7 @@ bool HasDescriptorsForGlib() {
   int ends[2];
   if (pipe2(ends, O_CLOEXEC) != 0) {
     dlog_print(DLOG_ERROR, kVconfTag, "too few file descriptors to watch a setting: %s",
-               g_strerror(errno));
+               strerror(errno));
     return false;
   }
   close(ends[0]);

@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 // Where the device's directories lie, and where the device itself does.
+#include <pwd.h>
 #include <tzplatform_config.h>
+#include <unistd.h>
 
 #include "device.h"
+#include "failing_calls.h"
 #include "threads.h"
 
 namespace {
@@ -57,6 +60,15 @@ TEST_F(DeviceDirectories, LieInTheHomeDirectoryWithoutAUsableDataDirectory) {
     setenv("XDG_DATA_HOME", unusable, 1);
     EXPECT_EQ(Database(), "/home/viewer/.local/share/tav-device/dbspace");
   }
+}
+
+TEST_F(DeviceDirectories, LieInTheHomeDirectoryOfTheUserWithoutAnyVariable) {
+  for (const char* name : {"TAV_DEVICE_ROOT", "XDG_DATA_HOME", "HOME"}) unsetenv(name);
+  const passwd* user = getpwuid(geteuid());
+  const std::string home = user != nullptr ? user->pw_dir : "";
+  EXPECT_EQ(Database(), home + "/.local/share/tav-device/dbspace");
+  g_failing_calls.getpwuid = true;
+  EXPECT_EQ(Database(), "/.local/share/tav-device/dbspace");
 }
 
 TEST_F(DeviceDirectories, MayBeAskedForByManyThreads) {

@@ -2,6 +2,7 @@
 #include "failing_calls.h"
 
 #include <dlfcn.h>
+#include <pwd.h>
 #include <sys/types.h>
 
 #include <cerrno>
@@ -37,6 +38,13 @@ int inotify_add_watch(int fd, const char* name, uint32_t mask) noexcept {
 
 ssize_t read(int fd, void* buffer, size_t size) {
   return CallOrFail<ssize_t>(g_failing_calls.read, "read", fd, buffer, size);
+}
+
+int getpwuid_r(uid_t user, passwd* entry, char* texts, size_t size, passwd** found) {
+  *found = nullptr;
+  if (g_failing_calls.getpwuid) return 0;
+  const auto real = reinterpret_cast<decltype(&getpwuid_r)>(dlsym(RTLD_NEXT, "getpwuid_r"));
+  return real(user, entry, texts, size, found);
 }
 
 }  // extern "C"

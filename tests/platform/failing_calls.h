@@ -9,6 +9,7 @@ struct FailingCalls {
   int inotify_init = 0;
   int inotify_add_watch = 0;
   int read = 0;
+  bool getpwuid = false;  // of each, which finds no user
 };
 extern FailingCalls g_failing_calls;
 

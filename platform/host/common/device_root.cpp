@@ -12,13 +12,16 @@
 namespace tav_host {
 namespace {
 
-// The home directory that the system knows for the user whose rights the program has.
+constexpr char kBelowHome[] = "/.local/share/tav-device";
+
+// The home directory that the system has for the user whose rights the program has; empty when it
+// has none.
 std::string HomeOfUser() {
   std::vector<char> texts(16384);
   passwd entry = {};
   passwd* found = nullptr;
   getpwuid_r(geteuid(), &entry, texts.data(), texts.size(), &found);
-  return found != nullptr ? found->pw_dir : "/";
+  return found != nullptr ? found->pw_dir : "";
 }
 
 // Null when the variable is unset or empty, and in a program that runs with more rights than its
@@ -36,8 +39,8 @@ std::string DeviceRoot() {
   // every program. A relative XDG_DATA_HOME counts as none, as that convention wants.
   const char* data = Variable("XDG_DATA_HOME");
   if (data != nullptr && g_path_is_absolute(data)) return std::string(data) + "/tav-device";
-  const char* home = Variable("HOME");
-  return (home != nullptr ? home : HomeOfUser()) + "/.local/share/tav-device";
+  if (const char* home = Variable("HOME")) return std::string(home) + kBelowHome;
+  return HomeOfUser() + kBelowHome;
 }
 
 }  // namespace tav_host

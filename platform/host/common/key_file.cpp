@@ -12,10 +12,10 @@ namespace tav_host {
 KeyFile::KeyFile(const char* tag, const char* name)
     : m_tag(tag), m_path(DeviceRoot() + "/" + name), m_file(g_key_file_new()) {
   GErrorPtr error;
-  const auto content = ReadFile(m_path, error);
-  if (content && g_key_file_load_from_data(m_file.get(), content->data(), content->size(),
-                                           G_KEY_FILE_NONE, Out(error))) {
-    return;
+  if (const auto content = ReadFile(m_path, error)) {
+    const bool is_read = g_key_file_load_from_data(m_file.get(), content->data(), content->size(),
+                                                   G_KEY_FILE_NONE, Out(error));
+    if (is_read) return;
   }
   dlog_print(DLOG_ERROR, m_tag, "cannot read %s: %s", m_path.c_str(), error->message);
   m_file.reset();

@@ -4,6 +4,7 @@
 
 #include <errno.h>
 #include <fcntl.h>
+#include <string.h>
 #include <sys/stat.h>
 
 namespace tav_host {
@@ -22,7 +23,7 @@ std::optional<std::string> ReadFile(const std::string& path, GErrorPtr& error) {
   const FileDescriptor file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
   struct stat status = {};
   if (file.Get() < 0 || fstat(file.Get(), &status) != 0) {
-    return Fail(error, errno, g_strerror(errno));
+    return Fail(error, errno, strerror(errno));
   }
   if (!S_ISREG(status.st_mode)) return Fail(error, EINVAL, "Not a regular file");
 
@@ -34,7 +35,7 @@ std::optional<std::string> ReadFile(const std::string& path, GErrorPtr& error) {
     if (size > 0) {
       content.append(buffer, static_cast<size_t>(size));
     } else if (errno != EINTR) {
-      return Fail(error, errno, g_strerror(errno));
+      return Fail(error, errno, strerror(errno));
     }
   }
 }
