@@ -22,6 +22,16 @@ class SharedContext : public Device {
     return count;
   }
 
+  // How many directories this process watches.
+  static int WatchedDirectories() {
+    int count = 0;
+    for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fdinfo")) {
+      std::ifstream file(entry.path());
+      for (std::string line; std::getline(file, line);) count += line.rfind("inotify wd:", 0) == 0;
+    }
+    return count;
+  }
+
   static std::string Key(int number) {
     return "keys" + std::to_string(number % 4) + "/key" + std::to_string(number);
   }
@@ -51,9 +61,22 @@ TEST_F(SharedContext, HasOneInotifyInstanceForAllItsKeys) {
   EXPECT_EQ(Instances(), 0);
 }
 
+TEST_F(SharedContext, WatchesNoDirectoryOfAWatchThatHasEnded) {
+  for (int i = 0; i < 20; ++i) vconf_set_int(Key(i).c_str(), i);
+  const Watching watching(Key(0).c_str(), Record, nullptr);
+  const int before = WatchedDirectories();
+  EXPECT_GT(before, 0);
+  for (int i = 0; i < 20; ++i) {
+    const Watching another(Key(i).c_str(), RecordToo, nullptr);
+    EXPECT_EQ(WatchedDirectories(), before + (i % 4 == 0 ? 0 : 1)) << i;
+  }
+  EXPECT_EQ(WatchedDirectories(), before);
+}
+
 TEST_F(SharedContext, TellsANewWatchNothingOfWhatHappenedBefore) {
   Calls first;
   Calls second;
+  vconf_set_int(kWatchedKey, 0);
   const Watching watching(kWatchedKey, Record, &first);
   vconf_set_int(kWatchedKey, 1);
   vconf_set_int("memory/tav/second", 1);
