@@ -44,4 +44,6 @@ __attribute__((visibility("default"))) void _exit(int status) {
   for (;;) syscall(SYS_exit_group, status);
 }
 
-__attribute__((visibility("default"))) void _Exit(int status) { _exit(status); }
+__attribute__((visibility("default"))) void _Exit(int status) {
+  _exit(status);
+}
