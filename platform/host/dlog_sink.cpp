@@ -40,7 +40,7 @@ class SigpipeHeld {
 
 }  // namespace
 
-Sink::Sink(int descriptor) : m_descriptor(descriptor) {
+Sink::Sink(int descriptor) noexcept : m_descriptor(descriptor) {
   struct stat status = {};
   if (fstat(descriptor, &status) != 0) return;
   m_device = status.st_dev;

@@ -15,7 +15,7 @@ namespace tav_host {
 class Sink {
  public:
   Sink() = default;
-  explicit Sink(int descriptor);
+  explicit Sink(int descriptor) noexcept;
 
   bool IsFileOrDevice() const { return S_ISREG(m_mode) || S_ISCHR(m_mode); }
   bool IsSameFileAs(const Sink& other) const;

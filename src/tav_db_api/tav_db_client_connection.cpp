@@ -39,9 +39,9 @@ class ForkedInACall : public std::exception {
   }
 };
 
-// The calls that run, and their process: a child finds its parent's. One word, so that both are
-// read and changed at once.
-struct Calls {
+// The calls that run, and their process: a child finds its parent's. One aligned word, so that
+// both are read and changed at once.
+struct alignas(8) Calls {
   pid_t process;
   int running;
 };

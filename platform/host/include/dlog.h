@@ -51,9 +51,9 @@ typedef enum log_priority {
  * than DLOG_VERBOSE to DLOG_FATAL. A null tag is an empty one.
  */
 DLOG_API int dlog_print(log_priority prio, const char* tag, const char* fmt, ...)
-    __attribute__((nothrow, format(printf, 3, 4)));
+    __attribute__((format(printf, 3, 4)));
 DLOG_API int dlog_vprint(log_priority prio, const char* tag, const char* fmt, va_list ap)
-    __attribute__((nothrow, format(printf, 3, 0)));
+    __attribute__((format(printf, 3, 0)));
 
 #ifdef __cplusplus
 }
