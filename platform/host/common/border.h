@@ -13,7 +13,7 @@ namespace tav_host {
 
 // What `body` returns, or `failure` when it throws.
 template <typename Result, typename Body>
-Result AtBorder(const char* tag, Result failure, Body&& body) {
+Result AtBorder(const char* tag, Result failure, Body&& body) noexcept {
   const CancellationOff off;
   try {
     return body();
