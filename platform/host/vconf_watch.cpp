@@ -103,12 +103,18 @@ bool Registry::Add(GMainContext* context, const WatchPtr& watch) {
 }
 
 bool Registry::Remove(const std::string& key, vconf_callback_fn cb) {
+  // Ends after the lock: with the context's last reference its other sources go, whose notifiers
+  // may call back.
+  std::unique_ptr<Monitor> ended;
   const std::lock_guard<std::mutex> lock(m_mutex);
   for (auto at = m_monitors.begin(); at != m_monitors.end(); ++at) {
     const WatchPtr watch = (*at)->Find(key, cb);
     if (watch == nullptr) continue;
     (*at)->Remove(watch);
-    if ((*at)->IsEmpty()) m_monitors.erase(at);
+    if ((*at)->IsEmpty()) {
+      ended = std::move(*at);
+      m_monitors.erase(at);
+    }
     return true;
   }
   dlog_print(DLOG_ERROR, kVconfTag, "%s is not watched by this callback", key.c_str());

@@ -7,6 +7,7 @@
 // A callback may register and unregister while it is called, itself as well. An entry that is
 // removed meanwhile is not called any more, one that is added is. No function is called twice for
 // one change.
+#include <unistd.h>
 #include <vconf.h>
 
 #include <algorithm>
@@ -56,6 +57,12 @@ union Registry {
 
 Entries& ListOf(int key) {
   static Registry registry;
+  static pid_t process = getpid();
+  // In a forked child the platform no longer watches for the parent's entries.
+  if (process != getpid()) {
+    for (Entries& list : registry.tav_vconf_cb_list) list.clear();
+    process = getpid();
+  }
   return registry.tav_vconf_cb_list[static_cast<std::size_t>(key)];
 }
 

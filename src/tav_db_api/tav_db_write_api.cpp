@@ -65,12 +65,13 @@ int CallForStatus(CTAVGdbus* proxy, const char* method, GVariant* parameters,
 
 CTAVGdbus* get_db_proxy() {
   // Never freed: while the process exits, the monitor and other threads may still be at work.
-  static CTAVGdbus* const db_proxy = [] {
-    auto* proxy = new CTAVGdbus("db", "tavcore", nullptr, nullptr);
+  static CTAVGdbus* db_proxy = nullptr;
+  static const bool is_made = [] {
+    db_proxy = new CTAVGdbus("db", "tavcore", nullptr, nullptr);
     // Without memory for the handler the bus takes the object away with the connection.
-    static_cast<void>(std::atexit([] { get_db_proxy()->Withdraw(); }));
-    return proxy;
+    return std::atexit([] { db_proxy->Withdraw(); }) == 0;
   }();
+  static_cast<void>(is_made);
   return db_proxy;
 }
 

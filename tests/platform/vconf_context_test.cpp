@@ -124,6 +124,28 @@ TEST_F(SharedContext, TellsOthersWhileACallbackRunsItAndTheSameOneAfterwards) {
   EXPECT_EQ(calls, (Calls{"begin", "other=3", "end", "begin", "end"}));
 }
 
+// The last watch keeps the context, whose other sources may call back when they go with it.
+TEST_F(SharedContext, GoesOutsideTheLockOfTheWatches) {
+  Calls calls;
+  ASSERT_EQ(vconf_notify_key_changed("other", RecordToo, &calls), VCONF_OK);
+  GMainContext* context = g_main_context_new();
+  g_main_context_push_thread_default(context);
+  ASSERT_EQ(vconf_notify_key_changed(kWatchedKey, Record, &calls), VCONF_OK);
+  int status = 1;
+  GSource* source = g_idle_source_new();
+  g_source_set_callback(
+      source, [](gpointer) { return G_SOURCE_REMOVE; }, &status,
+      [](gpointer result) {
+        *static_cast<int*>(result) = vconf_ignore_key_changed("other", RecordToo);
+      });
+  g_source_attach(source, context);
+  g_source_unref(source);
+  g_main_context_pop_thread_default(context);
+  g_main_context_unref(context);
+  EXPECT_EQ(vconf_ignore_key_changed(kWatchedKey, Record), VCONF_OK);
+  EXPECT_EQ(status, VCONF_OK);
+}
+
 TEST_F(SharedContext, TellsTheOthersWhenOneCallbackThrows) {
   Calls calls;
   Work work = [](keynode_t*) { throw 7; };

@@ -78,6 +78,22 @@ TEST_F(TavctlDoctorFiles, DoesNotReadAWriteAheadLogWithoutItsIndex) {
   EXPECT_EQ(Files(), files);
 }
 
+// A reader makes the side files where the link leads.
+TEST_F(TavctlDoctorFiles, LooksForAWriteAheadLogWhereALinkLeads) {
+  const std::filesystem::path place = Directory() / "elsewhere";
+  {
+    Execute(DatabaseFile(), "pragma journal_mode = wal;");
+    const ExclusiveTransaction writer(DatabaseFile());
+    std::filesystem::copy(DatabaseFile().parent_path(), place);
+  }
+  const std::filesystem::path file = place / DatabaseFile().filename();
+  std::filesystem::remove(file.string() + "-shm");
+  std::filesystem::remove(DatabaseFile());
+  std::filesystem::create_symlink(file, DatabaseFile());
+  EXPECT_THAT(Doctor().out, HasSubstr(" has a write-ahead log without its index"));
+  EXPECT_FALSE(std::filesystem::exists(file.string() + "-shm"));
+}
+
 TEST_F(TavctlDoctorFiles, DoesNotWaitForAPipeInPlaceOfASetting) {
   const std::filesystem::path setting = Device() / "vconf/db/tav/factory_reset";
   std::filesystem::remove(setting);

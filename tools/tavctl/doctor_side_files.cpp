@@ -51,7 +51,10 @@ int Open(sqlite3_vfs* layer, const char* name, sqlite3_file* file, int flags, in
 }  // namespace
 
 bool LacksLogIndex(const std::string& database) {
-  return MayMakeFilesBeside(database) && Exists(database + "-wal") && !Exists(database + "-shm");
+  std::error_code error;
+  std::string file = std::filesystem::weakly_canonical(database, error);  // as SQLite has it
+  if (error) file = database;
+  return MayMakeFilesBeside(file) && Exists(file + "-wal") && !Exists(file + "-shm");
 }
 
 void MakeNoSideFiles() {

@@ -52,7 +52,8 @@ VCONF_API int vconf_unset(const char* key);
  *
  * A watch stays on the path of the device root of its beginning. It goes on when a directory on
  * the way from the root to the key, the root included, is removed and made again, and cb is called
- * when another directory that holds the key is put in the place of one.
+ * when another directory that holds the key is put in the place of one. A link in the place of a
+ * directory is not followed when it is changed.
  *
  * All watches of a context share one inotify instance. Without the descriptors that a context and
  * an instance need, GLib would end the process: the registration fails before, unless another
