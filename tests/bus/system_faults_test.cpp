@@ -3,6 +3,7 @@
 // What a healthy system never does: threads that cannot be started, a command line that cannot be
 // read, an object that GLib does not take. The functions stand here in the place of the system's.
 #include <dlfcn.h>
+#include <fcntl.h>
 #include <pthread.h>
 #include <sys/eventfd.h>
 #include <unistd.h>
@@ -15,6 +16,7 @@
 
 #include "on_the_bus.h"
 #include "tav_common/tav_proxy.h"
+#include "tav_common/tav_proxy_connection.h"
 
 namespace {
 
@@ -114,6 +116,13 @@ TEST_F(SystemFaults, OfThreadsFailTheRequestAndLeaveNoConnection) {
   EXPECT_TRUE(proxy.GetProxy(kNode, {}));
   EXPECT_TRUE(proxy.MethodCall("heartbeat", nullptr, &reply, 10000, nullptr));
   g_variant_unref(reply);
+}
+
+TEST(FreeDescriptors, AreGivenBackWhateverTheirNumber) {
+  test::Device device;
+  close(STDIN_FILENO);
+  EXPECT_TRUE(HasFreeDescriptors(3));
+  EXPECT_EQ(open("/dev/null", O_RDONLY), STDIN_FILENO);
 }
 
 // GLib makes do with pipes.

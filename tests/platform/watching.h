@@ -103,10 +103,10 @@ class Watching {
   }
   Watching(const Watching&) = delete;
   Watching& operator=(const Watching&) = delete;
-  ~Watching() { EXPECT_EQ(vconf_ignore_key_changed(m_key, m_cb), VCONF_OK); }
+  ~Watching() { EXPECT_EQ(vconf_ignore_key_changed(m_key.c_str(), m_cb), VCONF_OK); }
 
  private:
-  const char* m_key;
+  const std::string m_key;
   vconf_callback_fn m_cb;
 };
 
