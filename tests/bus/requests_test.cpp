@@ -40,12 +40,14 @@ TEST_F(Requests, OfARatingSendItAsGiven) {
     int stored = 99;
     EXPECT_EQ(tav_get_app_rating("clock", &stored), 0);
     EXPECT_EQ(stored, rating);
+    EXPECT_EQ(log.Count("Start, rating:" + std::to_string(rating)), 1);
   }
 }
 
 TEST_F(Requests, OfAUseSendTheId) {
   EXPECT_EQ(Sent("tav_update_app_count", [] { return tav_db_update_app_use_count("clock"); }),
             "(s) ('clock',)");
+  EXPECT_EQ(log.Count("Start, app_id:clock"), 1);
   tav_app_info_s info;
   EXPECT_EQ(tav_get_app_info("clock", &info), 0);
   EXPECT_EQ(info.use_count, 1);
@@ -54,6 +56,7 @@ TEST_F(Requests, OfAUseSendTheId) {
 TEST_F(Requests, OfAnUpdateSendKeyZeroAndAnEmptyValue) {
   EXPECT_EQ(Sent("tav_update_app_by_key", [] { return tav_db_set_app_updated("clock"); }),
             "(sis) ('clock', 0, '')");
+  EXPECT_EQ(log.Count("Start, app_id:clock"), 1);
 }
 
 TEST_F(Requests, OfTheTickerSendTheModeAndReadItBack) {

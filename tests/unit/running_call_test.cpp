@@ -5,6 +5,7 @@
 
 #include <optional>
 
+#include "platform/threads.h"
 #include "soak/child.h"
 #include "tav_db_api/tav_db_client_connection.h"
 
@@ -42,6 +43,18 @@ TEST(RunningCall, CountsUntilTheLastHasEnded) {
   second.reset();
   EXPECT_EQ(RefusalsInAChild(false), "");
   EXPECT_FALSE(IsRefused());
+}
+
+TEST(RunningCall, CountsThoseOfManyThreads) {
+  constexpr int kCalls = 100000;
+  {
+    const Threads threads(4, [](int) {
+      for (int i = 0; i < kCalls; ++i) const TavRunningCall call;
+    });
+  }
+  EXPECT_EQ(RefusalsInAChild(false), "");
+  const TavRunningCall call;
+  EXPECT_EQ(RefusalsInAChild(true), "");
 }
 
 // What ends in the child ends nothing of the parent's count.
