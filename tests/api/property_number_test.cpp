@@ -143,6 +143,16 @@ class NumberLog : public ::testing::Test {
   test::Log& log = device.GetLog();
 };
 
+TEST_F(NumberLog, NamesTheTypeOfTheTable) {
+  for (const auto ask : {tav_is_isp_app, tav_check_is_usb_app}) {
+    log.Forget();
+    ask("a");
+    EXPECT_TRUE(log.Has("Start, tableType:[0]"));
+  }
+  tav_is_hybrid_app("a");
+  EXPECT_TRUE(log.Has("Start, tableType:[1]"));
+}
+
 TEST_F(NumberLog, ClosesTheUsbMarkWithItsResultAndItsValue) {
   EXPECT_EQ(tav_check_is_usb_app("a"), 1);
   EXPECT_EQ(tav_check_is_usb_app("b"), 0);

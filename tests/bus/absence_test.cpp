@@ -74,6 +74,7 @@ TEST_F(Absence, OfTheServiceIsEndedByTheBusForARequestAndNotForAHeartbeat) {
   EXPECT_EQ(tav_set_ticker_mode(2), 0);
   const std::string me = "obj" + std::to_string(getpid());
   EXPECT_TRUE(log.Has("obj " + me + " , method call heartbeat"));
+  EXPECT_TRUE(log.Has("method call end"));
   EXPECT_TRUE(log.Has("g_dbus connection is not closed"));
   const std::vector<test::ServiceCall> calls = test::CallsOnBus(peer);
   ASSERT_EQ(calls.size(), 1U);

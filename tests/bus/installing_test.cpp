@@ -56,6 +56,12 @@ TEST_F(Installing, SkipsRequiredAppsThatAreNotThere) {
   EXPECT_TRUE(log.Has("[a] is not installing"));
 }
 
+TEST_F(Installing, IsSoForARequiredAppBehindOneThatIsNotThere) {
+  device.Install(Requiring("a", "b,c")).Install(Updating("c"));
+  EXPECT_EQ(tav_db_check_app_installing("a"), 0);
+  EXPECT_TRUE(log.Has("[a] required app [c] is updating"));
+}
+
 TEST_F(Installing, IsRefusedWithItsReason) {
   device.Install(Updating("a"));
   EXPECT_EQ(tav_db_check_app_installing(nullptr), -1);
