@@ -16,7 +16,8 @@ namespace {
 // As ps shows it; '\0' for a process that is not there.
 char StateOf(pid_t process) {
   std::ifstream file("/proc/" + std::to_string(process) + "/stat");
-  const std::string all((std::istreambuf_iterator<char>(file)), {});
+  std::string all;
+  std::getline(file, all, '\0');  // nothing of a process that ends meanwhile
   const std::size_t name_end = all.rfind(')');
   return name_end != std::string::npos && name_end + 2 < all.size() ? all[name_end + 2] : '\0';
 }
